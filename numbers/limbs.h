@@ -1,0 +1,64 @@
+#pragma once
+// numbers/limbs.h -- the scratch form of long integers: magnitudes as arrays of 56-bit limbs.
+//
+// Chains are how a long integer is kept. Inside one long product or quotient its digits are gathered two to a
+// limb, least significant first, and the result is written out as a fresh chain. 56 bits leave room in a word
+// for a sum or a difference with its carry, and in 128 bits for a column of 2^16 products.
+//
+// Arrays are borrowed from one kept buffer that only grows. A jump that leaves a routine half done harms
+// nothing: the next one takes the buffer from its start.
+
+#include "numbers/number.h"
+
+namespace kelmar {
+
+using limb = std::uint64_t;
+using double_limb = unsigned __int128;
+
+inline constexpr std::int32_t limb_bits = 2 * digit_bits;
+inline constexpr limb limb_mask = (limb{1} << limb_bits) - 1;
+
+inline constexpr std::int32_t column_cut = 24;   // limbs; below it columns beat Karatsuba (measured)
+inline constexpr std::int32_t stack_limbs = 32;  // of both operands; above it they go to the kept buffer
+static_assert(stack_limbs / 2 < column_cut, "products of stack arrays take no scratch");
+
+// x with the sign `sign`, 0 or -1, put on or taken off.
+inline std::int32_t turned(std::int32_t x, std::int32_t sign)
+{
+    return (x ^ sign) - sign;
+}
+
+// -1 for a negative long integer, else 0.
+inline std::int32_t sign_of(const number *a)
+{
+    return a->head->digit < 0 ? -1 : 0;
+}
+
+inline std::int32_t limbs_of(std::int32_t size)
+{
+    return (size + 1) / 2;
+}
+
+// to[0 .. limbs_of(size)) = the magnitude of the chain of `size` digits from head. to filled.
+void gather_limbs(const numnode *head, std::int32_t size, limb *to);
+
+// c = from[0 .. n), negated when sign is -1 (else 0), n > 0; leading zeros are allowed. c replaced.
+void scatter_limbs(const limb *from, std::int32_t n, std::int32_t sign, number *c);
+
+// c = v, negated when sign is -1 (else 0), v < 2^112, in the nodes that c has when their number fits. c replaced.
+void set_small_value(double_limb v, std::int32_t sign, number *c);
+
+// Return n limbs of the kept buffer, borrowed until the next call.
+limb *scratch_limbs(std::int64_t n);
+
+// r[0 .. na + nb) = a * b for na >= nb > 0; r apart from both; a may be b. `scratch` has product_scratch(nb)
+// limbs, apart from all. r filled.
+// Source: Karatsuba's subtractive form; columns below column_cut.
+void multiply_limbs(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch);
+
+inline std::int64_t product_scratch(std::int32_t nb)
+{
+    return 4 * static_cast<std::int64_t>(nb) + 256;
+}
+
+}  // namespace kelmar

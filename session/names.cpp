@@ -1,0 +1,190 @@
+// session/names.cpp -- look-up and insertion of names.
+//
+// A bucket is a chain of records, newest first. Texts are zero-padded to twelve bytes, so two texts are equal
+// exactly when three words are, and a chain of many names is walked at the speed of memory.
+#include "session/names.h"
+#include "session/evaluator.h"
+#include "session/func_run.h"
+#include "session/heap.h"
+#include "session/output.h"
+#include "session/report.h"
+
+namespace kelmar {
+
+// default null; variables cancelled while an operand may point at them; remove_var; reset: end of borrowing
+static var_node *doomed = nullptr;
+
+std::int16_t hash(const char *text, int m)
+{
+    int h = 0;
+    for (; *text; ++text) h = (h * 123 + static_cast<unsigned char>(*text)) % m;
+    return static_cast<std::int16_t>(h);
+}
+
+// Scalars -----------------------------------------------------------------------------------------------
+
+static inline bool same_text(const char *a, const char *b)
+{
+    return std::memcmp(a, b, token_room) == 0;
+}
+
+static inline void hash_token(token_rec *tok, int m)
+{
+    if (tok->index < 0) tok->index = hash(tok->text, m);
+}
+
+var_node *find_var(token_rec *tok)
+{
+    hash_token(tok, lower_buckets);
+    for (var_node *v = sca_store[tok->index]; v; v = v->next) {
+        if (same_text(v->text, tok->text)) return v;
+    }
+    return nullptr;
+}
+
+bool is_array_mark(const quolynode *value)
+{
+    return value->is_num && value->den != nullptr;
+}
+
+void retrieve(token_rec *name, quolynode ***p, quolynode **n, input_stream **stream, name_node **cursor)
+{
+    var_node *v = find_var(name);
+    if (v) {
+        *p = &v->value;
+        if (!is_array_mark(v->value)) return;
+        std::fprintf(Output, "Warning. %s is an array parameter used as a scalar.\n", name->text);
+        std::fprintf(Output, "  Value 0 used for %s.\n", name->text);
+        quoly_set(0, n);
+        *p = n;
+        return;
+    }
+    *p = nullptr;
+    if (!token_is(name, "for") && !token_is(name, "if") && !token_is(name, "while")) return;
+    if (*cursor) {
+        error(err_not_in_function, name->text);
+        return;
+    }
+    run_control_statement(name, stream, n, cursor);
+    *p = n;
+}
+
+void spec_retrieve(token_rec *name, quolynode **n, quolynode ***p)
+{
+    var_node *v = find_var(name);
+    if (!v) {
+        error(err_undefined, name->text);
+        quoly_set(0, n);
+        *p = n;
+        return;
+    }
+    *p = &v->value;
+    if (is_array_mark(v->value)) {
+        std::fprintf(Output, "Warning. %s is an array parameter.\n", name->text);
+        std::fprintf(Output, "  Value 0 used for %s.\n", name->text);
+        quoly_set(0, n);
+        return;
+    }
+    quoly_assign(v->value, n);
+}
+
+var_node *push_var(token_rec *name)
+{
+    hash_token(name, lower_buckets);
+    var_node *v = var_garb;
+    if (v) {
+        var_garb = v->next;
+    } else {
+        v = static_cast<var_node *>(heap_record(sizeof(var_node)));
+    }
+    std::memcpy(v->text, name->text, sizeof v->text);
+    v->index = name->index;
+    v->ref = nullptr;
+    v->value = nullptr;
+    v->next = sca_store[v->index];
+    sca_store[v->index] = v;
+    return v;
+}
+
+void insert_var(token_rec *name, quolynode **value, var_node **record)
+{
+    var_node *v = find_var(name);
+    if (!v) v = push_var(name);
+    quolynode *old = v->value;
+    v->value = *value;
+    *value = nullptr;
+    if (v->value->is_num) v->value->den = nullptr;
+    free_quoly(&old);
+    *record = v;
+}
+
+int remove_var(token_rec *name)
+{
+    hash_token(name, lower_buckets);
+    for (var_node **link = &sca_store[name->index]; *link; link = &(*link)->next) {
+        var_node *v = *link;
+        if (!same_text(v->text, name->text)) continue;
+        *link = v->next;
+        v->next = doomed;
+        doomed = v;
+        if (!borrowed) free_doomed_vars();
+        return 1;
+    }
+    return 0;
+}
+
+void free_doomed_vars()
+{
+    while (doomed) {
+        var_node *v = doomed;
+        doomed = v->next;
+        free_quoly(&v->value);
+        v->next = var_garb;
+        var_garb = v;
+    }
+}
+
+// Functions ---------------------------------------------------------------------------------------------
+
+func_node *find_func(token_rec *tok)
+{
+    hash_token(tok, upper_buckets);
+    for (func_node *f = func_store[tok->index]; f; f = f->next) {
+        if (same_text(f->text, tok->text)) return f;
+    }
+    return nullptr;
+}
+
+int remove_function(token_rec *name)
+{
+    hash_token(name, upper_buckets);
+    for (func_node **link = &func_store[name->index]; *link; link = &(*link)->next) {
+        if (!same_text((*link)->text, name->text)) continue;
+        *link = (*link)->next;
+        return 1;
+    }
+    return 0;
+}
+
+int keep_newest_function(token_rec *name)
+{
+    func_node *newest = find_func(name);
+    if (!newest) return 0;
+    for (func_node **link = &newest->next; *link;) {
+        if (same_text((*link)->text, name->text)) {
+            *link = (*link)->next;
+        } else {
+            link = &(*link)->next;
+        }
+    }
+    return 1;
+}
+
+std::int64_t free_var_count()
+{
+    std::int64_t count = 0;
+    for (const var_node *v = var_garb; v; v = v->next) ++count;
+    return count;
+}
+
+}  // namespace kelmar

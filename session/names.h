@@ -1,0 +1,81 @@
+#pragma once
+// session/names.h -- the tables of scalar variables and of user functions.
+//
+// New records go to the head of their bucket, so a look-up finds the newest record of a name. That is how a
+// parameter hides a variable for the time of a call, and a second definition an older function.
+
+#include "numbers/plain_quoly.h"
+#include "session/scanner.h"
+
+namespace kelmar {
+
+inline constexpr int lower_buckets = 151;  // variables and arrays
+inline constexpr int upper_buckets = 71;   // functions
+
+struct var_node {
+    char text[token_room];
+    std::int16_t index;
+    var_node *next;    // in the bucket; free list
+    quolynode **ref;   // by-reference parameter: the caller's slot, written back on return
+    quolynode *value;  // a plain number with a denominator is the mark of an array parameter
+};
+static_assert(std::is_trivial_v<var_node>);
+
+struct form_node;  // a statement of a function body
+
+struct func_node {
+    char text[token_room];
+    std::int16_t index;
+    name_node *params;     // formal parameters, linked through their own field
+    form_node *body;       // the statements
+    form_node *linked_at;  // first statement after Compile; null until linked
+    std::int32_t linked;   // it has a name table to rebuild at each call
+    func_node *next;       // in the bucket
+};
+static_assert(std::is_trivial_v<func_node>);
+
+inline var_node *sca_store[lower_buckets];
+inline func_node *func_store[upper_buckets];
+// default null; free variable records; new_var, free_var; reset: never
+inline var_node *var_garb = nullptr;
+
+// h = h * 123 + byte, modulo m, over the bytes of the text, from 0.
+std::int16_t hash(const char *text, int m);
+
+// The newest variable of the name, or null. Fills tok->index.
+var_node *find_var(token_rec *tok);
+
+// *p = the slot of the variable; null when there is none. An array parameter gives *n = 0 and p at n, with a
+// warning. "for", "if", "while" at the terminal run as a system function, with p at n; in a list: error 225.
+void retrieve(token_rec *name, quolynode ***p, quolynode **n, input_stream **stream, name_node **cursor);
+
+// *p = the slot of the variable, *n = a copy of its value. Errors: 19; when it comes back *n = 0.
+void spec_retrieve(token_rec *name, quolynode **n, quolynode ***p);
+
+// Set the variable, taking *value over; a new record goes to the head of its bucket. *record = its record.
+void insert_var(token_rec *name, quolynode **value, var_node **record);
+
+// Insert a record of the name at the head of its bucket, whether or not the name exists: a parameter.
+var_node *push_var(token_rec *name);
+
+// The value is the mark of an array parameter.
+bool is_array_mark(const quolynode *value);
+
+// Delete the newest variable of the name. Declines (0) when there is none. While an operand is borrowed the record
+// is only taken off its bucket, and free_doomed_vars releases it later.
+int remove_var(token_rec *name);
+void free_doomed_vars();
+
+// The newest function of the name, or null. Fills tok->index.
+func_node *find_func(token_rec *tok);
+
+// Take the newest function of the name off its bucket. Declines (0) when there is none.
+int remove_function(token_rec *name);
+
+// Take all functions of the name but the newest off their bucket. Declines (0) when there is none.
+int keep_newest_function(token_rec *name);
+
+// Variable records on the free list.
+std::int64_t free_var_count();
+
+}  // namespace kelmar

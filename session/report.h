@@ -1,0 +1,55 @@
+#pragma once
+// session/report.h -- the one header through which the lower folders reach the session.
+//
+// A routine that fails calls error with a number of session/errors.def and the offending text. error reports
+// and unwinds by one jump; it comes back only when the failure was downgraded to a warning, or when a level
+// that it pushed was left again. So the line after a call of error says what value goes on.
+
+#include <cstdint>
+#include "session/errnums.h"
+
+namespace kelmar {
+
+inline constexpr int panic_stop = 0;  // status of error: abandon the statement, no number
+inline constexpr int new_level = -1;  // status of error: push a command level
+
+// Report failure `status` at the offending text `errname`, then unwind, or push a level.
+void error(int status, const char *errname);
+
+// Write warning `n` about `errname` and return.
+void warning(int n, const char *errname);
+
+// Report an internal fault. With `stop` a new command level is pushed, on top of the intact state.
+void kelmar_error(const char *text, int stop);
+
+// default 0; an interrupt waits to be answered; the signal handler sets, answer_interrupt clears; reset: unwind
+inline volatile int interrupt_flag = 0;
+
+// Answer a waiting interrupt: push a command level here. Returns when that level is left.
+void answer_interrupt();
+
+// Answer a waiting interrupt, if there is one. Stands at safe points only, never inside the number layer.
+inline void poll_interrupt()
+{
+    if (__builtin_expect(interrupt_flag, 0)) answer_interrupt();
+}
+
+// default null; the lowest address a frame may reach, 256 KiB above the end of the stack; start; reset: never
+inline char *stack_floor = nullptr;
+
+// Raise error err_too_deep. check_stack calls it.
+void report_too_deep();
+
+// Raise error err_too_deep and unwind when the stack is nearly used up. Every recursion asks it.
+inline void check_stack()
+{
+    if (__builtin_expect(static_cast<char *>(__builtin_frame_address(0)) < stack_floor, 0)) report_too_deep();
+}
+
+// default 0; warnings written by this statement, to stop floods; each warner; reset: statement, unwind
+inline std::int32_t warn_cnt = 0;
+
+// default 0; progress lines are written; the switch &V
+inline std::int32_t verbose = 0;
+
+}  // namespace kelmar

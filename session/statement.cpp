@@ -1,0 +1,153 @@
+// session/statement.cpp -- one statement.
+//
+// A table by first character gives the handler; whatever has none is an expression, which may assign.
+#include "session/statement.h"
+#include "session/arr_statement.h"
+#include "session/cancel.h"
+#include "session/expr.h"
+#include "session/levels.h"
+#include "session/names.h"
+#include "session/output.h"
+#include "session/owned.h"
+#include "session/prompt.h"
+#include "session/report.h"
+#include "session/switches.h"
+
+namespace kelmar {
+
+typedef void (*statement_handler)(input_stream **stream, quolynode **result, name_node **cursor);
+
+// Expressions -------------------------------------------------------------------------------------------
+
+static void value_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    operand v = {};
+    own(&v.n);
+    expre(stream, &v, cursor);
+    make_private(&v);
+    disown();
+    free_quoly(result);
+    *result = v.n;
+}
+
+// The kind of array statement that begins with this name; 0 when it is no such name.
+static char array_name_kind(const token_rec *tok)
+{
+    if (token_is(tok, "Diag")) return '~';
+    if (token_is(tok, "Trans")) return '"';
+    if (token_is(tok, "Adjoint") || token_is(tok, "Altmult") || token_is(tok, "Altpower")) return 'A';
+    return token_is(tok, "MPowermod") ? 'M' : 0;
+}
+
+static void name_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    const char kind = array_name_kind(&token);
+    if (kind) {
+        arr_parse(stream, result, cursor, kind);
+    } else if (token.text[0] == 'A' || token.text[0] == 'M') {
+        old_expre(stream, result, cursor);
+    } else {
+        value_statement(stream, result, cursor);
+    }
+}
+
+static void array_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    arr_parse(stream, result, cursor, token.text[0]);
+}
+
+// Others ------------------------------------------------------------------------------------------------
+
+static void empty_statement(input_stream **, quolynode **, name_node **)
+{
+    set_token(&token, "@");
+}
+
+static void cancel_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    rubout(stream, cursor);
+    quoly_set(0, result);
+}
+
+static void arrays_of_arrays_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    error(token.text[0] == '[' ? err_empty_slot : err_need_open_index, token.text);
+    quoly_set(0, result);
+}
+
+static void output_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    error(err_bad_output_list, token.text);
+    quoly_set(0, result);
+}
+
+// Read the answer for the variable and store it; "@" leaves it as it was.
+static void ask_for_value(token_rec *name, quolynode **result)
+{
+    quolynode *answer = nullptr;
+    var_node *record;
+    scanner(&Input, &token, &zilch);
+    if (token.text[0] == '@') return;
+    own(&answer);
+    old_expre(&Input, &answer, &zilch);
+    disown();
+    quoly_assign(answer, result);
+    insert_var(name, &answer, &record);
+}
+
+static void question_statement(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    asking a;
+    scanner(stream, &token, cursor);
+    token_rec name = token;
+    quoly_set(0, result);
+    if (name.text[0] == '[') {
+        arr_parse(stream, result, cursor, '?');
+        return;
+    }
+    if (!is_lower(name.text[0])) {
+        error(err_bad_question, name.text);
+        return;
+    }
+    scanner(stream, &token, cursor);
+    if (token.text[0] == '[') {
+        quolynode **entry;
+        new_arretrieve(stream, &name, &entry, cursor);
+        return;
+    }
+    begin_answer(&a);
+    std::fprintf(Output, "%s := ", name.text);
+    std::fflush(Output);
+    ask_for_value(&name, result);
+    end_answer(&a);
+    if (*cursor) quoly_set(0, result);
+}
+
+// Dispatch ------------------------------------------------------------------------------------------------
+
+struct statement_row {
+    char first;
+    statement_handler run;
+};
+
+static const statement_row statements[] = {
+    {'!', output_statement},  {'"', array_statement},    {'[', array_statement},
+    {'~', array_statement},   {'&', switch_statement},   {'%', arrays_of_arrays_statement},
+    {';', empty_statement},   {'?', question_statement}, {'@', cancel_statement},
+    {'A', name_statement},    {'D', name_statement},     {'M', name_statement},
+    {'T', name_statement},
+};
+
+void parse(input_stream **stream, quolynode **result, name_node **cursor)
+{
+    for (const statement_row &row : statements) {
+        if (row.first != token.text[0]) continue;
+        row.run(stream, result, cursor);
+        return;
+    }
+    value_statement(stream, result, cursor);
+}
+
+}  // namespace kelmar

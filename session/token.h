@@ -1,0 +1,78 @@
+#pragma once
+// session/token.h -- the current token, and the record of a stored one.
+//
+// A token is an identifier of at most ten characters, or one single character; numbers are assembled from digit
+// tokens. Stored statements are chains of name records, and a cursor, the address of a pointer to one, makes
+// the scanner deliver them instead of reading a stream. The cursor zilch is always null: read the stream.
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace kelmar {
+
+inline constexpr int token_room = 12;  // bytes of a token's text, its end mark included
+
+struct token_rec {
+    char text[token_room];  // zero-padded, so that equal texts are equal bytes
+    std::int16_t index;     // hash bucket of the text, -1 when not hashed yet
+};
+static_assert(std::is_trivial_v<token_rec>);
+
+// One token of a stored list; also a cell of the statement's token ring, and a formal parameter.
+struct name_node {
+    char text[token_room];
+    std::int16_t index;
+    name_node *chain;      // linked body: the next record of the same variable
+    void *ptr;             // linked body: the slot of the variable, or the base of the array
+    name_node *next;       // the next token
+    std::int32_t linked;   // 1 when ptr is valid; parameter: it holds an array
+    std::int32_t spaced;   // a blank followed in the source; parameter: its array is sparse
+    std::int32_t kind;     // linked: 1 scalar, 2 entry with fixed index, 3 entry with computed index
+};
+static_assert(std::is_trivial_v<name_node>);
+
+// default empty; the token in hand; the scanner; reset: unwind
+inline token_rec token;
+// default null; free name records; newname, freename; reset: never
+inline name_node *name_garb = nullptr;
+// always null: the cursor that means "from the stream"
+inline name_node *zilch = nullptr;
+
+inline constexpr char endlist[] = "\xC2\xA5";  // the text of the record that ends each stored list
+
+inline bool token_is(const token_rec *t, const char *text)
+{
+    return std::strcmp(t->text, text) == 0;
+}
+
+// t = the text, cut to the room there is; not hashed.
+void set_token(token_rec *t, const char *text);
+
+inline bool is_lower(char c)
+{
+    return c >= 'a' && c <= 'z';
+}
+inline bool is_upper(char c)
+{
+    return c >= 'A' && c <= 'Z';
+}
+inline bool is_letter(char c)
+{
+    return is_lower(c) || is_upper(c);
+}
+inline bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// *n = a fresh name record, unlinked, its text empty.
+void newname(name_node **n);
+
+// Release the whole chain from *n; *n becomes null.
+void freename(name_node **n);
+
+// Name records on the free list.
+std::int64_t free_name_count();
+
+}  // namespace kelmar

@@ -1,0 +1,68 @@
+// session/unwind.cpp -- the only file that jumps.
+//
+// Before a jump the lists that were altered in place are put back, newest alteration first, and the values
+// that the abandoned evaluators own go back to their free lists. Nothing on the frames in between has a
+// destructor.
+#include "session/unwind.h"
+#include "session/evaluator.h"
+#include "session/levels.h"
+#include "session/owned.h"
+#include "session/scanner.h"
+#include "storage/undo.h"
+
+namespace kelmar {
+
+// What to forget: on every report, and only when the computation itself is given up.
+struct forgetter {
+    void (*forget)();
+    int only_abandoned;  // 1: not when a new level is pushed on top of the computation
+};
+
+static const forgetter forgetters[] = {
+    {evaluator_on_error, 0},
+    {forget_warnings, 0},
+};
+
+void set_abandon_point(abandon_point *here)
+{
+    here->owned_mark = owned_count;
+    here->borrowed_mark = borrowed;
+    here->outer = abandon_to;
+    abandon_to = here;
+}
+
+void drop_abandon_point(abandon_point *here)
+{
+    abandon_to = here->outer;
+}
+
+void forget_on_error(int status)
+{
+    for (const forgetter &row : forgetters) {
+        if (status >= 0 || !row.only_abandoned) row.forget();
+    }
+}
+
+void jump_to_restart()
+{
+    undo_all();
+    free_owned(0);
+    operands_on_unwind();
+    abandon_to = nullptr;
+    siglongjmp(buf9999, 1);
+}
+
+void jump_to_exit()
+{
+    siglongjmp(buf98, 1);
+}
+
+void abandon_statement()
+{
+    undo_all();
+    free_owned(abandon_to->owned_mark);
+    borrowed = abandon_to->borrowed_mark;
+    siglongjmp(abandon_to->buf, 1);
+}
+
+}  // namespace kelmar

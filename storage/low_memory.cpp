@@ -1,0 +1,46 @@
+// storage/low_memory.cpp -- freeing the gcd stash when the heap is used up.
+//
+// Nothing here asks the heap for anything. What is freed goes to the free lists, where the next record of its
+// kind finds it.
+#include "storage/low_memory.h"
+#include <cstdio>
+#include "numbers/plain_quoly.h"
+#include "session/report.h"
+
+namespace kelmar {
+
+static void free_entries(quolynode **list)
+{
+    while (*list) {
+        quolynode *entry = *list;
+        *list = entry->next;
+        free_quoly(&entry);
+    }
+}
+
+void release_gcd_stash()
+{
+    if (modularmode && prev_modulus != -1 && prev_modulus != modulus) {
+        kelmar_error("prev_modulus = modulus in free_gcd_stash", 1);
+    }
+    for (quolynode *&list : gcd_stash) free_entries(&list);
+    gcdmass = 0;
+    lookupgcd = 0;
+    polygcd_stack_depth = 0;
+    prev_modulus = -1;
+}
+
+void mem_error()
+{
+    if (lookupgcd < 1 || polygcd_stack_depth != 0) {
+        std::printf("\n*** Warning.  You are out of heap space.  Abort this computation.\n");
+        std::fflush(stdout);
+        error(new_level, " ");
+        return;
+    }
+    std::printf("\n*** Warning.  You are low on heap space.  Will try freeing the gcd stash.\n");
+    std::fflush(stdout);
+    release_gcd_stash();
+}
+
+}  // namespace kelmar
