@@ -14,6 +14,13 @@ bool equal(const number *a, const number *b);       // a = b
 bool negtive(const number *a, const number *b);     // a = -b; in a table field a = b
 bool iszero(const number *a);                       // a = 0
 
+// on purpose: the mathematics headers have a template iszero, which would take a pointer that is not const
+// where both names are visible, and compare the pointer.
+inline bool iszero(number *a)
+{
+    return iszero(static_cast<const number *>(a));
+}
+
 // a = 1 or a = -1 in the live view; *is_minus tells which.
 bool equal_to_pm1(const number *a, int *is_minus);
 

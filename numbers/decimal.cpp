@@ -69,7 +69,8 @@ void literal_digit(literal *lit, std::int32_t digit)
 // Shift the decimals of the chain right until the last group, of `in_last` digits, is full.
 static void fill_last_group(number *g, std::int32_t in_last)
 {
-    const std::int32_t low_part = power_of_ten(group_width - in_last);  // cuts off what moves to the next group
+    const std::int32_t low_part = power_of_ten(group_width -
+                                               in_last);  // cuts off what moves to the next group
     const std::int32_t scale = power_of_ten(in_last);
     std::int32_t moved = 0;
     for (numnode *node = g->head; node; node = node->next) {
@@ -135,7 +136,7 @@ static std::int32_t groups_to_word(const number *g)
 
 // Groups to digits ----------------------------------------------------------------------------------------
 
-static constexpr std::int32_t run_length = 16;  // groups converted on an array; fewer digits than groups
+static constexpr std::int32_t run_length = 16;    // groups converted on an array; fewer digits than groups
 static constexpr std::int32_t max_halvings = 26;  // more groups than a 32-bit count of decimals can have
 
 // n = the next `count` <= run_length groups from *at, which moves on. n filled.
@@ -267,7 +268,8 @@ static std::int32_t magnitude_of(const numnode *node)
 static void write_group(std::FILE *out, std::int32_t group, std::int32_t *col)
 {
     char text[group_width];
-    for (std::int32_t k = group_width - 1; k >= 0; --k, group /= 10) text[k] = static_cast<char>('0' + group % 10);
+    for (std::int32_t k = group_width - 1; k >= 0; --k, group /= 10)
+        text[k] = static_cast<char>('0' + group % 10);
     std::fwrite(text, 1, group_width, out);
     *col += group_width;
 }

@@ -77,12 +77,19 @@ void set_small_value(double_limb v, std::int32_t sign, number *c)
 static limb *kept = nullptr;
 static std::int64_t kept_length = 0;
 
+#ifdef KELMAR_MALLOC_RECORDS
+static constexpr bool exact = true;  // a fresh array each time, so that a sanitizer sees each step over its end
+#else
+static constexpr bool exact = false;
+#endif
+
 limb *scratch_limbs(std::int64_t n)
 {
+    if (exact) kept_length = 0;
     while (n > kept_length) {
         std::free(kept);
         kept_length = 0;
-        const std::int64_t wanted = n + n / 2;
+        const std::int64_t wanted = exact ? n : n + n / 2;
         kept = static_cast<limb *>(std::malloc(static_cast<std::size_t>(wanted) * sizeof(limb)));
         if (kept) {
             kept_length = wanted;

@@ -18,8 +18,13 @@ using double_limb = unsigned __int128;
 inline constexpr std::int32_t limb_bits = 2 * digit_bits;
 inline constexpr limb limb_mask = (limb{1} << limb_bits) - 1;
 
+#ifdef KELMAR_TINY_LIMITS
+inline constexpr std::int32_t column_cut = 2;
+inline constexpr std::int32_t stack_limbs = 2;
+#else
 inline constexpr std::int32_t column_cut = 24;   // limbs; below it columns beat Karatsuba (measured)
 inline constexpr std::int32_t stack_limbs = 32;  // of both operands; above it they go to the kept buffer
+#endif
 static_assert(stack_limbs / 2 < column_cut, "products of stack arrays take no scratch");
 
 // x with the sign `sign`, 0 or -1, put on or taken off.

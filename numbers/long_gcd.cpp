@@ -106,6 +106,15 @@ static void strip(limb_number *x)
     while (x->n > 0 && x->at[x->n - 1] == 0) --x->n;
 }
 
+static bool is_below(const limb_number *a, const limb_number *b)
+{
+    if (a->n != b->n) return a->n < b->n;
+    for (std::int32_t i = a->n; i-- > 0;) {
+        if (a->at[i] != b->at[i]) return a->at[i] < b->at[i];
+    }
+    return false;
+}
+
 // The double word of the 128 bits that start `lead` bits below the top of limb n - 1, n > 2.
 static double_limb leading_bits(const limb *x, std::int32_t n, int lead)
 {
@@ -237,10 +246,10 @@ static double_limb two_limbs(const limb_number *x)
 static void reduce_to_gcd(limb_number *a, limb_number *b, limb *work)
 {
     for (;;) {
-        if (a->n < b->n) {
-            const limb_number longer = *b;
+        if (is_below(a, b)) {
+            const limb_number larger = *b;
             *b = *a;
-            *a = longer;
+            *a = larger;
         }
         if (b->n == 0) return;
         if (a->n <= 2) break;

@@ -30,7 +30,7 @@ static_assert(std::is_trivial_v<quolynode>);
 // default null; free records; newquoly, free_quoly; reset: never
 inline quolynode *quolygarb = nullptr;
 
-void newquoly(quolynode **q);   // *q filled: a fresh record, fields not cleared
+void newquoly(quolynode **q);    // *q filled: a fresh record, fields not cleared
 void free_quoly(quolynode **q);  // release what *q holds, and the record; *q becomes null; null is allowed
 
 // The number record of *c, to be filled with a result: the one that *c holds when that is a plain number, its

@@ -12,8 +12,9 @@
 
 namespace kelmar {
 
-stash primal_stash = {nullptr,       nullptr,       &primal_stash, &primal_stash, "storage allocator",
-                      sizeof(stash), sizeof(stash), 0,             0,             0};
+stash primal_stash = {
+    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", sizeof(stash), sizeof(stash), 0,
+    0,       0};
 stash_block *extra_blocks = nullptr;
 
 // A block that more_mem takes fits every stash whose records are at most twice their nominal size.

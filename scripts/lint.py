@@ -21,8 +21,8 @@ include = re.compile(r'\s*#\s*include\s+"([^"]+)"')
 
 
 def tracked_files():
-    listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], check=True,
-                            stdout=subprocess.PIPE).stdout
+    command = "git -c safe.directory=* ls-files -z --cached --others --exclude-standard".split()
+    listed = subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout
     return sorted(f for f in listed.decode().split("\0") if f and os.path.isfile(f))
 
 
@@ -33,7 +33,10 @@ def is_data(path):
 
 
 def opening_problem(path, lines):
-    """Sources open with their path and what they are; a header with the guard before that."""
+    """Sources open with their path and what they are; a header with the guard before that. A test or a benchmark
+    mirrors the path of a source, and opens with what it checks."""
+    if path.endswith(".cpp") and path.startswith(("tests/unit/", "tests/oracle/", "bench/")):
+        return None if lines and lines[0].startswith("// ") else "the file must open with a comment: what it checks"
     first = 1 if path.endswith(".h") and lines and lines[0] == "#pragma once" else 0
     if path.endswith(".h") and first == 0:
         return "a header opens with #pragma once"

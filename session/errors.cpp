@@ -203,14 +203,19 @@ static void give_up_computation()
     }
 }
 
-[[noreturn]] static void unwind_for_good()
+static void reset_levels()
 {
     levelcount = 1;
     time_level = 1;
     time_off[1] = {0, 0};
-    std::fflush(Output);
     mod_is_changed = 0;
     set_token(&token, "");
+}
+
+[[noreturn]] static void unwind_for_good()
+{
+    reset_levels();
+    flush_output();
     jump_to_restart();
 }
 
@@ -223,11 +228,18 @@ static void set_terminal_state()
     func_def_count = integerflag = 0;
 }
 
-void restart_session()
+void abandon_session()
 {
     clear_ring();
     set_terminal_state();
     give_up_computation();
+    reset_levels();
+    release_abandoned();
+}
+
+void restart_session()
+{
+    abandon_session();
     unwind_for_good();
 }
 
@@ -247,17 +259,38 @@ static void warn_of_delicate_time()
     }
 }
 
-// What a pushed level keeps for the computation beneath it.
+// What a pushed level keeps for the computation beneath it: what the report itself forgets, and what the statements of
+// the level will write over.
 struct interrupted_state {
     std::int32_t integer, definitions, modular, lint, loaded, at_terminal, flote;
+    std::int32_t leaving, exiting, cycling, cancelling, evaluating, dumping;
+    char pending;
     token_rec tok;
     name_node *started, *previous, *scanned;
+    saved_ring ring;
 };
 
 static void save_state(interrupted_state *s)
 {
-    *s = {integerflag, func_def_count, modularmode, lintmode,  done_load, tt_flag,
-          flotemode,   token,          startexpr,   prev_expr, currentchar};
+    s->integer = integerflag;
+    s->definitions = func_def_count;
+    s->modular = modularmode;
+    s->lint = lintmode;
+    s->loaded = done_load;
+    s->at_terminal = tt_flag;
+    s->flote = flotemode;
+    s->leaving = leave_flag;
+    s->exiting = exit_flag;
+    s->cycling = cycle_flag;
+    s->cancelling = cancelflag;
+    s->evaluating = matrix_eval;
+    s->dumping = syst_dump;
+    s->pending = leftover[0];
+    s->tok = token;
+    s->started = startexpr;
+    s->previous = prev_expr;
+    s->scanned = currentchar;
+    save_ring(&s->ring);
 }
 
 static void restore_state(const interrupted_state *s)
@@ -273,6 +306,14 @@ static void restore_state(const interrupted_state *s)
     startexpr = s->started;
     prev_expr = s->previous;
     currentchar = s->scanned;
+    leave_flag = s->leaving;
+    exit_flag = s->exiting;
+    cycle_flag = s->cycling;
+    cancelflag = s->cancelling;
+    matrix_eval = s->evaluating;
+    syst_dump = s->dumping;
+    leftover[0] = s->pending;
+    restore_ring(&s->ring);
 }
 
 // An error in a level, or in a function, with &e on keeps the computation and pushes one more level; not when
@@ -297,10 +338,10 @@ void error(int status, const char *errname)
         return;
     }
     last_error = status;
-    report_failure(status, errname);
-    report_place(status, !push);
     interrupted_state kept;
     save_state(&kept);
+    report_failure(status, errname);
+    report_place(status, !push);
     set_terminal_state();
     if (!push) {
         give_up_computation();

@@ -11,7 +11,10 @@ struct input_stream;
 // Write message n and a line end. Message 17 has the list of legal letters in front.
 void out_err_mess(int n);
 
-// Abandon the statement and all levels without a report.
+// Forget the statement and all levels, without a report: what abandons a session that a test has ended.
+void abandon_session();
+
+// Do so, and go on at the restart point.
 [[noreturn]] void restart_session();
 
 // default null; what a function definition has accepted so far, for the report that cancels it; the definer

@@ -108,7 +108,7 @@ static void scale_by_power_of_ten(input_stream **stream, number *n, name_node **
         if (k < 100000) k = k * 10 + (token.text[0] - '0');
     }
     if (n->real == 0.0) return;
-    if (k > 300) {  // in two steps, so that 1e+308 and subnormal values come out
+    if (k > 308) {  // in two steps, so that the last subnormal values come out
         n->real = sign == '+' ? n->real * 1e300 : n->real / 1e300;
         k -= 300;
     }

@@ -4,6 +4,7 @@
 // exactly when three words are, and a chain of many names is walked at the speed of memory.
 #include "session/names.h"
 #include "session/evaluator.h"
+#include "session/func_records.h"
 #include "session/func_run.h"
 #include "session/heap.h"
 #include "session/output.h"
@@ -88,7 +89,8 @@ void spec_retrieve(token_rec *name, quolynode **n, quolynode ***p)
     quoly_assign(v->value, n);
 }
 
-var_node *push_var(token_rec *name)
+// A fresh record of the name at the head of its bucket; its value is null.
+static var_node *push_var(token_rec *name)
 {
     hash_token(name, lower_buckets);
     var_node *v = var_garb;
@@ -99,8 +101,10 @@ var_node *push_var(token_rec *name)
     }
     std::memcpy(v->text, name->text, sizeof v->text);
     v->index = name->index;
+    v->role = plain_variable;
     v->ref = nullptr;
     v->value = nullptr;
+    v->below = nullptr;
     v->next = sca_store[v->index];
     sca_store[v->index] = v;
     return v;
@@ -125,9 +129,14 @@ int remove_var(token_rec *name)
         var_node *v = *link;
         if (!same_text(v->text, name->text)) continue;
         *link = v->next;
-        v->next = doomed;
-        doomed = v;
-        if (!borrowed) free_doomed_vars();
+        ++cancel_count;
+        if (v->role == parameter) {
+            v->role = cancelled_parameter;
+        } else if (v->role != linked_variable) {  // on purpose: a linked body may still read that record
+            v->next = doomed;
+            doomed = v;
+            if (!borrowed) free_doomed_vars();
+        }
         return 1;
     }
     return 0;
@@ -138,6 +147,48 @@ void free_doomed_vars()
     while (doomed) {
         var_node *v = doomed;
         doomed = v->next;
+        free_quoly(&v->value);
+        v->next = var_garb;
+        var_garb = v;
+    }
+}
+
+// Parameters --------------------------------------------------------------------------------------------
+
+var_node *push_param(token_rec *name, quolynode **value, quolynode **ref)
+{
+    var_node *v = push_var(name);
+    v->role = parameter;
+    v->ref = ref;
+    v->value = *value;
+    *value = nullptr;
+    if (v->value->is_num) v->value->den = nullptr;
+    v->below = params_top;
+    params_top = v;
+    return v;
+}
+
+// Take the parameter off its bucket, where it is the newest of its name, and so near the head.
+static void unlink_param(const var_node *v)
+{
+    var_node **link = &sca_store[v->index];
+    while (*link != v) link = &(*link)->next;
+    *link = v->next;
+}
+
+void pop_params(var_node *mark)
+{
+    while (params_top != mark) {
+        var_node *v = params_top;
+        params_top = v->below;
+        if (v->role == parameter) {
+            unlink_param(v);
+            if (v->ref) {
+                free_quoly(v->ref);
+                *v->ref = v->value;
+                v->value = nullptr;
+            }
+        }
         free_quoly(&v->value);
         v->next = var_garb;
         var_garb = v;
@@ -160,7 +211,9 @@ int remove_function(token_rec *name)
     hash_token(name, upper_buckets);
     for (func_node **link = &func_store[name->index]; *link; link = &(*link)->next) {
         if (!same_text((*link)->text, name->text)) continue;
-        *link = (*link)->next;
+        func_node *gone = *link;
+        *link = gone->next;
+        retire_function(gone);
         return 1;
     }
     return 0;
@@ -172,7 +225,9 @@ int keep_newest_function(token_rec *name)
     if (!newest) return 0;
     for (func_node **link = &newest->next; *link;) {
         if (same_text((*link)->text, name->text)) {
-            *link = (*link)->next;
+            func_node *gone = *link;
+            *link = gone->next;
+            retire_function(gone);
         } else {
             link = &(*link)->next;
         }

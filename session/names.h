@@ -12,12 +12,21 @@ namespace kelmar {
 inline constexpr int lower_buckets = 151;  // variables and arrays
 inline constexpr int upper_buckets = 71;   // functions
 
+enum var_role : std::int16_t {
+    plain_variable,
+    parameter,            // of an active call; it leaves its bucket when the call ends
+    cancelled_parameter,  // it has left its bucket already; its record waits for the end of the call
+    linked_variable       // tokens of a linked body point at its value: its record is never used again
+};
+
 struct var_node {
     char text[token_room];
     std::int16_t index;
+    var_role role;
     var_node *next;    // in the bucket; free list
     quolynode **ref;   // by-reference parameter: the caller's slot, written back on return
     quolynode *value;  // a plain number with a denominator is the mark of an array parameter
+    var_node *below;   // the parameter that was bound before this one
 };
 static_assert(std::is_trivial_v<var_node>);
 
@@ -30,6 +39,8 @@ struct func_node {
     form_node *body;       // the statements
     form_node *linked_at;  // first statement after Compile; null until linked
     std::int32_t linked;   // it has a name table to rebuild at each call
+    std::int32_t in_use;   // active calls
+    std::int32_t retired;  // it was cancelled while in use: released when its last call ends
     func_node *next;       // in the bucket
 };
 static_assert(std::is_trivial_v<func_node>);
@@ -38,6 +49,10 @@ inline var_node *sca_store[lower_buckets];
 inline func_node *func_store[upper_buckets];
 // default null; free variable records; new_var, free_var; reset: never
 inline var_node *var_garb = nullptr;
+// default null; the parameters of active calls, newest first; push_param, pop_params; reset: unwind
+inline var_node *params_top = nullptr;
+// default 0; cancellations so far: who keeps a pointer to a record looks it up again when this has moved
+inline std::uint32_t cancel_count = 0;
 
 // h = h * 123 + byte, modulo m, over the bytes of the text, from 0.
 std::int16_t hash(const char *text, int m);
@@ -55,24 +70,29 @@ void spec_retrieve(token_rec *name, quolynode **n, quolynode ***p);
 // Set the variable, taking *value over; a new record goes to the head of its bucket. *record = its record.
 void insert_var(token_rec *name, quolynode **value, var_node **record);
 
-// Insert a record of the name at the head of its bucket, whether or not the name exists: a parameter.
-var_node *push_var(token_rec *name);
+// Bind a parameter: insert a record of the name at the head of its bucket, whether or not the name exists, with
+// *value taken over. ref: the caller's slot of a by-reference parameter, else null.
+var_node *push_param(token_rec *name, quolynode **value, quolynode **ref);
+
+// Release the parameters bound since params_top was `mark`, newest first. A by-reference parameter gives its value
+// to the caller's slot.
+void pop_params(var_node *mark);
 
 // The value is the mark of an array parameter.
 bool is_array_mark(const quolynode *value);
 
 // Delete the newest variable of the name. Declines (0) when there is none. While an operand is borrowed the record
-// is only taken off its bucket, and free_doomed_vars releases it later.
+// is only taken off its bucket, and free_doomed_vars releases it later; a parameter's is released at its call's end.
 int remove_var(token_rec *name);
 void free_doomed_vars();
 
 // The newest function of the name, or null. Fills tok->index.
 func_node *find_func(token_rec *tok);
 
-// Take the newest function of the name off its bucket. Declines (0) when there is none.
+// Take the newest function of the name off its bucket, and release it. Declines (0) when there is none.
 int remove_function(token_rec *name);
 
-// Take all functions of the name but the newest off their bucket. Declines (0) when there is none.
+// Take all functions of the name but the newest off their bucket, and release them. Declines (0) when there is none.
 int keep_newest_function(token_rec *name);
 
 // Variable records on the free list.

@@ -38,6 +38,25 @@ static inline void append_to_ring(const token_rec *tok)
     std::memcpy(finish->text, tok->text, sizeof finish->text);
 }
 
+void save_ring(saved_ring *kept)
+{
+    kept->count = 0;
+    for (const name_node *cell = start; finish; cell = cell->next) {
+        std::memcpy(kept->text[kept->count++], cell->text, token_room);
+        if (cell == finish) break;
+    }
+}
+
+void restore_ring(const saved_ring *kept)
+{
+    finish = nullptr;
+    name_node *cell = start;
+    for (std::int32_t i = 0; i < kept->count; ++i, cell = cell->next) {
+        std::memcpy(cell->text, kept->text[i], token_room);
+        finish = cell;
+    }
+}
+
 // Characters ----------------------------------------------------------------------------------------------
 
 // The next character that is no blank, as the head comment tells. *passed becomes 1 at a line end of a file.
@@ -64,12 +83,11 @@ static int next_significant(input_stream *in, int *passed)
     }
 }
 
-// The next character of a name; what cannot be one ends it. A line end stays unread.
+// The next character of a name; what cannot be one ends it. A line end, and the end of the input, stay unread.
 static int next_of_name(input_stream *in)
 {
     const int c = peek_char(in);
-    if (c == end_of_input) return ';';
-    if (c == '\n') return tt_flag ? ';' : ' ';
+    if (c == end_of_input || c == '\n') return ' ';
     ++in->pos;
     if (c != static_cast<unsigned char>(continuation)) return c;
     drop_line(in);
@@ -120,6 +138,7 @@ static inline void scan_stream(input_stream *in, token_rec *tok, int *passed)
 
 void scanner(input_stream **stream, token_rec *tok, name_node **cursor)
 {
+    poll_interrupt();
     if (*cursor) {
         replay(tok, cursor);
         return;

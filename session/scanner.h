@@ -33,7 +33,15 @@ inline name_node *finish = nullptr;
 void make_ring();
 void clear_ring();
 
-// *tok = the next token. Never fails.
+// The ring's tokens, kept while the statements of a pushed level pass through it.
+struct saved_ring {
+    std::int32_t count;
+    char text[ring_cells][token_room];
+};
+void save_ring(saved_ring *kept);
+void restore_ring(const saved_ring *kept);
+
+// *tok = the next token. Never fails. Polls: at the start.
 void scanner(input_stream **stream, token_rec *tok, name_node **cursor);
 
 // *tok = the next raw character, no blanks skipped. A line end is dropped with the rest of its line and

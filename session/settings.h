@@ -5,11 +5,78 @@
 
 namespace kelmar {
 
-// default 1, set to 0 at the first prompt; the fast probabilistic tests of exact division are permitted; &_t
+// default 1, set to 0 at the first prompt; the fast probabilistic tests of exact division are permitted; &_t;
+// reset: unwind
 inline std::int32_t try_rat = 1;
 inline std::int32_t rat_yes = 1;
 
 inline constexpr std::int32_t denom_count = 999;
 inline quolynode *denom[denom_count];  // the values 1 to 998, for characteristic polynomials
+
+// Polynomials -------------------------------------------------------------------------------------------------
+
+// default 20; terms; a shorter operand is multiplied term by term; &#, reset_cutoffs; reset: mode
+inline std::int32_t poly_cutoff = 20;
+// default 140; kept as the user set it, read by nothing; &_k; reset: never
+inline std::int32_t simplest_poly_cutoff = 140;
+// default 0; polynomials may have negative exponents; &l; reset: never
+inline std::int32_t laurent = 0;
+// default 0; polynomials are read with true integers under a modulus too; &n; reset: never
+inline std::int32_t nomodpolyreadin = 0;
+// default 0; a relation was changed while words were the numbers; &P; reset: never
+inline std::int32_t changed_in_modmode = 0;
+
+// poly_cutoff = v, and with it the cutoff of every polynomial variable that had the old value.
+inline void reset_cutoffs(std::int32_t v)
+{
+    poly_cutoff = v;
+}
+
+// Display -----------------------------------------------------------------------------------------------------
+
+// default 0; polynomials of several variables are shown as a list of monomials; &2; reset: never
+inline std::int32_t monomial_list = 0;
+// default 1; the display of a long polynomial stops after 150 lines; &_s; reset: never
+inline std::int32_t do_line_sup = 1;
+// default 0; more progress lines than verbose gives; &W; reset: never
+inline std::int32_t windy = 0;
+
+// Gcds --------------------------------------------------------------------------------------------------------
+
+// default 1; gcds in several variables use images and lifting; &O; reset: never
+inline std::int32_t chinhensel = 1;
+// default 1; gcds found by lifting are checked twice; &c; reset: never
+inline std::int32_t hen_check = 1;
+// default 400; primes looked for, at most largest_first_factor; &X; reset: never
+inline std::int32_t aux_num_1factor = 400;
+inline constexpr std::int32_t largest_first_factor = 4583;  // as many candidates as the table offers
+// default 100; primes looked for, second list; &A; reset: never
+inline std::int32_t aux_num_2factor = 100;
+
+// Arrays and matrices -----------------------------------------------------------------------------------------
+
+// default 1; index of the first entry of arrays, 0 or 1; &a; reset: never
+inline std::int32_t addresser = 1;
+// default -1; rows; a smaller determinant is expanded by minors, negative: the default applies; &D; reset: never
+inline std::int32_t detcutoff = -1;
+// default 0; 1: determinants try fraction-free elimination; &K; reset: never
+inline std::int32_t gauss_cutoff = 0;
+// default 5000, 150; mass beyond which determinants over the rationals, modulo a prime, are interpolated; &L;
+// reset: never
+inline std::int32_t rat_det_method_cut = 5000;
+inline std::int32_t mod_det_method_cut = 150;
+// default 0; interpolated determinants write what they have to the save file; &5; reset: never
+inline std::int32_t lagrange_stash = 0;
+// default 1; integer matrices are inverted through images modulo primes; &I; reset: never
+inline std::int32_t mod_matrix_ok = 1;
+// default 1; characteristic polynomials modulo a prime take the slow road; &B; reset: never
+inline std::int32_t chpoly_block = 1;
+// default 0; 0 .. 5; how pivots of sparse matrices are chosen; &u; reset: never
+inline std::int32_t pseudet_heur = 0;
+
+// Storage -----------------------------------------------------------------------------------------------------
+
+// default 0; large data may go to the disk; &&; reset: never
+inline std::int32_t diskstore = 0;
 
 }  // namespace kelmar

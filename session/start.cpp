@@ -234,6 +234,7 @@ void run_text(const unsigned char *bytes, std::size_t n)
     Input = &text;
     if (sigsetjmp(buf98, 1)) {
         farewell();
+        abandon_session();
         return;
     }
     sigsetjmp(buf9999, 1);

@@ -50,7 +50,6 @@ void write_function_trace(int release)
             std::fprintf(Output, "%s ", f->text);
             if (++written % names_a_line == 0) std::fputs("\n ", Output);
         }
-        if (release) release_params(f);
     }
     write_repeats(repeats);
     if (release) lastf = frame;

@@ -5,6 +5,7 @@
 // destructor.
 #include "session/unwind.h"
 #include "session/evaluator.h"
+#include "session/func_records.h"
 #include "session/levels.h"
 #include "session/owned.h"
 #include "session/scanner.h"
@@ -27,6 +28,8 @@ void set_abandon_point(abandon_point *here)
 {
     here->owned_mark = owned_count;
     here->borrowed_mark = borrowed;
+    here->pending_mark = pending_top;
+    here->calls_mark = newest_call;
     here->outer = abandon_to;
     abandon_to = here;
 }
@@ -43,12 +46,19 @@ void forget_on_error(int status)
     }
 }
 
-void jump_to_restart()
+void release_abandoned()
 {
     undo_all();
+    release_calls(nullptr);
+    release_pending(nullptr);
     free_owned(0);
     operands_on_unwind();
     abandon_to = nullptr;
+}
+
+void jump_to_restart()
+{
+    release_abandoned();
     siglongjmp(buf9999, 1);
 }
 
@@ -60,6 +70,8 @@ void jump_to_exit()
 void abandon_statement()
 {
     undo_all();
+    release_calls(abandon_to->calls_mark);
+    release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);
     borrowed = abandon_to->borrowed_mark;
     siglongjmp(abandon_to->buf, 1);

@@ -13,11 +13,16 @@ namespace kelmar {
 inline sigjmp_buf buf9999;  // restart: a panic stop or an error at the top
 inline sigjmp_buf buf98;    // exit: &q and the end of the input
 
+struct pending;     // session/func_records.h
+struct call_frame;
+
 // Where a statement that cannot go on is abandoned with value 0, and the next one runs.
 struct abandon_point {
     sigjmp_buf buf;
     int owned_mark;        // slots announced when the point was set
     int borrowed_mark;     // operands borrowed then
+    pending *pending_mark;  // what was being read, and the call that ran, then
+    call_frame *calls_mark;
     abandon_point *outer;  // the point in force before
 };
 
@@ -31,7 +36,10 @@ void drop_abandon_point(abandon_point *here);
 // Call the forgetters: those of every error, with status >= 0 also those of an abandoned computation.
 void forget_on_error(int status);
 
-// Put back what is altered in place, free what evaluators own, and jump to the restart point.
+// Put back what is altered in place, and free what evaluators own.
+void release_abandoned();
+
+// Do so, and jump to the restart point.
 [[noreturn]] void jump_to_restart();
 
 // Jump to the exit point: the session ends.

@@ -71,8 +71,9 @@ struct record_kind {
     std::int32_t shown;    // the size that the row shows
     std::int32_t nominal;  // the size that is multiplied
     std::int32_t always;   // the row is printed for an empty list too
-    std::int64_t (*count)(std::int64_t limit);  // records on the free list, at most limit + 1; null: no module
-    void (*list)(std::FILE *out);               // write the entries, a line each; null: not for this kind
+    std::int64_t (*count)(
+        std::int64_t limit);       // records on the free list, at most limit + 1; null: no module
+    void (*list)(std::FILE *out);  // write the entries, a line each; null: not for this kind
 };
 
 // Modules of higher folders fill in `count`, and `list`, of their rows when the program starts.

@@ -169,6 +169,85 @@ void biased_mpz(test_random *r, std::int32_t digits, bool negative, mpz_t z)
     if (negative && r->below(2) == 0) mpz_neg(z, z);
 }
 
+// Operands ------------------------------------------------------------------------------------------------
+
+long_operand::long_operand()
+{
+    n.size = 0;
+    mpz_init(z);
+}
+
+long_operand::~long_operand()
+{
+    special_free(&n);
+    mpz_clear(z);
+}
+
+void long_operand::draw(test_random *r, std::int32_t digits)
+{
+    biased_mpz(r, digits, true, z);
+    load();
+}
+
+void long_operand::load()
+{
+    special_free(&n);
+    number_from_mpz(z, &n);
+}
+
+number chain_of(std::initializer_list<std::int32_t> digits)
+{
+    number n;
+    n.size = 0;
+    n.head = n.tail = nullptr;
+    for (std::int32_t digit : digits) {
+        numnode *node = new_digit(digit, nullptr);
+        if (n.tail) {
+            n.tail->next = node;
+        } else {
+            n.head = node;
+        }
+        n.tail = node;
+        ++n.size;
+    }
+    return n;
+}
+
+void expect_digits(const number *n, std::initializer_list<std::int32_t> digits)
+{
+    ASSERT_EQ(static_cast<std::size_t>(n->size), digits.size());
+    EXPECT_TRUE(chain_is_normal(n, digit_base));
+    const numnode *node = n->head;
+    for (std::int32_t digit : digits) {
+        ASSERT_NE(node, nullptr);
+        EXPECT_EQ(node->digit, digit);
+        node = node->next;
+    }
+    EXPECT_EQ(node, nullptr);
+}
+
+bool holds_value(const number *n, const mpz_t z, std::int32_t base)
+{
+    if (!chain_is_normal(n, base)) return false;
+    mpz_t found;
+    mpz_init(found);
+    if (base == digit_base) {
+        number_to_mpz(n, found);
+    } else {
+        for (const numnode *node = n->head; node; node = node->next) {
+            mpz_mul_si(found, found, base);
+            if (node->digit < 0) {
+                mpz_sub_ui(found, found, static_cast<unsigned long>(-node->digit));
+            } else {
+                mpz_add_ui(found, found, static_cast<unsigned long>(node->digit));
+            }
+        }
+    }
+    const bool same = mpz_cmp(found, z) == 0;
+    mpz_clear(found);
+    return same;
+}
+
 // The audit ----------------------------------------------------------------------------------------------
 
 record_audit::record_audit() : numnodes(live_numnodes()), numbers(live_numbers()), quolys(live_quolys())

@@ -12,9 +12,9 @@ struct in_view {
     std::int32_t saved[11];
 
     explicit in_view(kelmar::num_view view, std::int32_t m = 101)
-        : saved{kelmar::flotemode,    kelmar::modularmode,  kelmar::lintmode,     kelmar::integerflag,
-                kelmar::modulus,      kelmar::half_modulus, kelmar::smallmodulus, kelmar::mod_is_prime,
-                kelmar::finf,         kelmar::f256,         kelmar::f2t16}
+        : saved{kelmar::flotemode, kelmar::modularmode,  kelmar::lintmode,     kelmar::integerflag,
+                kelmar::modulus,   kelmar::half_modulus, kelmar::smallmodulus, kelmar::mod_is_prime,
+                kelmar::finf,      kelmar::f256,         kelmar::f2t16}
     {
         using namespace kelmar;
         flotemode = view == view_float;
@@ -34,9 +34,9 @@ struct in_view {
     ~in_view()
     {
         using namespace kelmar;
-        std::int32_t *const flags[11] = {&flotemode,    &modularmode,  &lintmode,     &integerflag,
-                                         &modulus,      &half_modulus, &smallmodulus, &mod_is_prime,
-                                         &finf,         &f256,         &f2t16};
+        std::int32_t *const flags[11] = {&flotemode, &modularmode,  &lintmode,     &integerflag,
+                                         &modulus,   &half_modulus, &smallmodulus, &mod_is_prime,
+                                         &finf,      &f256,         &f2t16};
         for (int k = 0; k < 11; ++k) *flags[k] = saved[k];
     }
 };

@@ -94,7 +94,7 @@ TEST_F(LongGcd, WordsAgreeWithGmp)
         const std::int32_t u = static_cast<std::int32_t>(r.engine() >> (33 + r.below(31)));
         const std::int32_t v = static_cast<std::int32_t>(r.engine() >> (33 + r.below(31)));
         mpz_set_ui(a, u);
-        ASSERT_EQ(static_cast<unsigned>(smallgcd(u, v)), mpz_gcd_ui(nullptr, a, v) + (v == 0 ? u : 0))
+        ASSERT_EQ(static_cast<unsigned>(smallgcd(u, v)), mpz_gcd_ui(nullptr, a, v))
             << u << " " << v << " seed " << r.seed;
     }
 }

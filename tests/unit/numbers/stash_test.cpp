@@ -47,7 +47,7 @@ TEST(Stash, SlugSizeIsRoundedUpAndStrideHoldsTheRecord)
         std::int32_t asked;
         std::size_t record;
         std::int32_t nominal, stride;
-    } rows[] = {{-3, 1, 4, 8}, {0, 1, 4, 8},    {1, 8, 4, 8},    {4, 9, 4, 16},
+    } rows[] = {{-3, 1, 4, 8}, {0, 1, 4, 8},     {1, 8, 4, 8},     {4, 9, 4, 16},
                 {5, 1, 8, 8},  {20, 40, 20, 40}, {40, 20, 40, 40}, {12, 1, 12, 16}};
     for (const auto &row : rows) {
         stash *s = open_stash(row.asked, row.record, "sizes");
@@ -90,9 +90,10 @@ TEST(Stash, HeadingIsPrintedWithoutRows)
 
 TEST(Stash, SmallPiecesAreApartAndMayExceedAPiece)
 {
-    std::int32_t *a = get_small(10);
-    std::int32_t *b = get_small(0x20001);
-    std::int32_t *c = get_small(0x1ffff);
+    static std::int32_t *a, *b, *c;  // the words stay until the end, so they stay reachable
+    a = get_small(10);
+    b = get_small(0x20001);
+    c = get_small(0x1ffff);
     for (int k = 0; k < 10; ++k) a[k] = 1;
     for (int k = 0; k < 0x20001; ++k) b[k] = 2;
     for (int k = 0; k < 0x1ffff; ++k) c[k] = 3;
@@ -209,6 +210,8 @@ TEST(Stash, ARowHasNameBlocksSlugsUsedAndSize)
 TEST(Stash, AFailingRequestIsReportedAndRepeatedWhenTheGcdStashCouldBeFreed)
 {
     stash *s = open_stash(8, 8, "failing");
+    stash_block *const spare = extra_blocks;
+    extra_blocks = nullptr;
     lookupgcd = 1;
     fail_block_at = 1;
     testing::internal::CaptureStdout();
@@ -219,6 +222,7 @@ TEST(Stash, AFailingRequestIsReportedAndRepeatedWhenTheGcdStashCouldBeFreed)
     EXPECT_NE(slug, nullptr);
     EXPECT_EQ(lookupgcd, 0);
     EXPECT_EQ(fail_block_at, 0);
+    extra_blocks = spare;
     free_slug(s, slug);
     endof_stash(s);
 }

@@ -1,0 +1,153 @@
+// tests/unit/session/names_test.cpp -- hashes, buckets, shadowing, deletion.
+#include "session/names.h"
+#include <gtest/gtest.h>
+#include <string>
+#include "session/evaluator.h"
+#include "tests/support/catch_error.h"
+#include "session/errnums.h"
+
+using namespace kelmar;
+
+namespace {
+
+token_rec named(const std::string &text)
+{
+    token_rec t;
+    set_token(&t, text.c_str());
+    return t;
+}
+
+class Names : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!numstash) open_stashes();
+        flotemode = lintmode = 1;
+    }
+
+    static var_node *put(const std::string &name, int value)
+    {
+        token_rec t = named(name);
+        quolynode *q = nullptr;
+        var_node *v = nullptr;
+        quoly_set(value, &q);
+        insert_var(&t, &q, &v);
+        EXPECT_EQ(q, nullptr);
+        return v;
+    }
+};
+
+}  // namespace
+
+TEST_F(Names, HashIsHornerWith123)
+{
+    EXPECT_EQ(hash("a", lower_buckets), 97);
+    EXPECT_EQ(hash("ab", lower_buckets), (97 * 123 + 98) % 151);
+    EXPECT_EQ(hash("F", upper_buckets), 70);
+    EXPECT_EQ(hash("Fg", upper_buckets), (70 * 123 + 103) % 71);
+    EXPECT_EQ(hash("", lower_buckets), 0);
+}
+
+TEST_F(Names, HashReadsBytesAsUnsigned)
+{
+    EXPECT_EQ(hash("\xFF", lower_buckets), 255 % 151);
+}
+
+TEST_F(Names, InsertedNameIsFoundAndItsHashIsKept)
+{
+    var_node *v = put("abc", 7);
+    token_rec t = named("abc");
+    EXPECT_EQ(find_var(&t), v);
+    EXPECT_EQ(t.index, hash("abc", lower_buckets));
+    EXPECT_EQ(sca_store[t.index], v);
+    EXPECT_EQ(remove_var(&t), 1);
+    EXPECT_EQ(find_var(&t), nullptr);
+    EXPECT_EQ(remove_var(&t), 0);
+}
+
+TEST_F(Names, SecondInsertReplacesTheValueInTheSameRecord)
+{
+    var_node *v = put("abc", 7);
+    EXPECT_EQ(put("abc", 8), v);
+    EXPECT_EQ(v->value->num->real, 8.0);
+    token_rec t = named("abc");
+    remove_var(&t);
+}
+
+TEST_F(Names, NewestRecordShadowsAndOldReturns)
+{
+    var_node *global = put("abc", 7);
+    token_rec t = named("abc");
+    var_node *parameter = push_var(&t);
+    quoly_set(9, &parameter->value);
+    EXPECT_EQ(find_var(&t), parameter);
+    remove_var(&t);
+    EXPECT_EQ(find_var(&t), global);
+    EXPECT_EQ(global->value->num->real, 7.0);
+    remove_var(&t);
+}
+
+TEST_F(Names, TenThousandNamesAreAllFound)
+{
+    for (int i = 0; i < 10000; ++i) put("v" + std::to_string(i), i);
+    for (int i = 0; i < 10000; ++i) {
+        token_rec t = named("v" + std::to_string(i));
+        var_node *v = find_var(&t);
+        ASSERT_NE(v, nullptr);
+        EXPECT_EQ(v->value->num->real, i);
+    }
+    const std::int64_t before = free_var_count();
+    for (int i = 0; i < 10000; ++i) {
+        token_rec t = named("v" + std::to_string(i));
+        EXPECT_EQ(remove_var(&t), 1);
+    }
+    EXPECT_EQ(free_var_count(), before + 10000);
+}
+
+TEST_F(Names, CancelledVariableLivesUntilItsBorrowersAreDone)
+{
+    var_node *v = put("abc", 7);
+    token_rec t = named("abc");
+    quolynode **slot = &v->value;
+    borrow();
+    EXPECT_EQ(remove_var(&t), 1);
+    EXPECT_EQ(find_var(&t), nullptr);
+    EXPECT_EQ((*slot)->num->real, 7.0);
+    const std::int64_t before = free_var_count();
+    give_back();
+    EXPECT_EQ(free_var_count(), before + 1);
+}
+
+TEST_F(Names, UnknownNameForReferenceIsError19)
+{
+    EXPECT_EQ(kelmar_test::caught_error([] {
+                  token_rec t = named("nothing");
+                  quolynode *n = nullptr;
+                  quolynode **p = nullptr;
+                  spec_retrieve(&t, &n, &p);
+              }),
+              err_undefined);
+}
+
+TEST_F(Names, KeepNewestFunctionRemovesOlderOnes)
+{
+    func_node older = {};
+    func_node other = {};
+    func_node newer = {};
+    token_rec t = named("Fn");
+    std::strcpy(older.text, "Fn");
+    std::strcpy(other.text, "Gn");
+    std::strcpy(newer.text, "Fn");
+    const int bucket = hash("Fn", upper_buckets);
+    newer.next = &other;
+    other.next = &older;
+    func_store[bucket] = &newer;
+    EXPECT_EQ(find_func(&t), &newer);
+    EXPECT_EQ(keep_newest_function(&t), 1);
+    EXPECT_EQ(other.next, nullptr);
+    EXPECT_EQ(remove_function(&t), 1);
+    EXPECT_EQ(find_func(&t), nullptr);
+    EXPECT_EQ(keep_newest_function(&t), 0);
+    func_store[bucket] = nullptr;
+}
