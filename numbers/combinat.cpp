@@ -1,9 +1,10 @@
 // numbers/combinat.cpp -- steps from the nearest entry of a table.
 //
-// A factorial is the nearest table entry below it times a product tree of what is left. Rows 3, 6, .., 150 of the
-// binomials are stored up to their middle; the one or two rows above follow by C(m+1, k) = C(m, k) (m+1)/(m+1-k),
-// where every division is exact. Modulo 2^32 the powers of two are counted apart and the odd parts inverted;
-// modulo a prime the digits of n and k to that base are taken one by one (Lucas), so no factor is ever 0.
+// A factorial is the nearest table entry below it times a product tree of what is left. Rows 3, 6, .., 150 of
+// the binomials are stored up to their middle; the one or two rows above follow by C(m+1, k) = C(m, k)
+// (m+1)/(m+1-k), where every division is exact. Modulo 2^32 the powers of two are counted apart and the odd
+// parts inverted; modulo a prime the digits of n and k to that base are taken one by one (Lucas), so no
+// factor is ever 0.
 #include "numbers/combinat.h"
 #include <cmath>
 #include "numbers/convert.h"
@@ -14,14 +15,15 @@
 
 namespace kelmar {
 
-static constexpr std::int32_t last_finite_factorial = 170;  // as a double
+static constexpr std::int32_t last_finite_factorial = 170;   // as a double
 static constexpr std::int32_t last_odd_word_factorial = 33;  // 34! is a multiple of 2^32
 static constexpr std::int32_t last_stepped_row = 152;        // two above the last row of the table
 static constexpr double whole_limit = 9007199254740992.0;    // 2^53: doubles below it can be made whole
 
 // Factorials ---------------------------------------------------------------------------------------------
 
-// The index of the largest table argument not above n whose factorial has at most `digits` digits; -1 if none.
+// The index of the largest table argument not above n whose factorial has at most `digits` digits; -1 if
+// none.
 static std::int32_t fact_below(std::int32_t n, std::int32_t digits)
 {
     for (std::int32_t i = fact_count - 1; i >= 0; --i) {
@@ -77,25 +79,15 @@ static std::int32_t residue_product(std::int32_t lo, std::int32_t hi)
 void factorial(std::int32_t n, number *r)
 {
     switch (live_view()) {
-    case view_float:
-        r->real = real_factorial(n);
-        return;
-    case view_field:
-        r->word = n < 2;
-        return;
-    case view_modular:
-        r->word = n >= modulus ? 0 : residue_product(1, n);
-        return;
-    case view_word:
-        r->word = word_factorial(n);
-        return;
+    case view_float: r->real = real_factorial(n); return;
+    case view_field: r->word = n < 2; return;
+    case view_modular: r->word = n >= modulus ? 0 : residue_product(1, n); return;
+    case view_word: r->word = word_factorial(n); return;
     case view_small:
         special_set(1, r);
         if (n > 1) multout(1, n, r);
         return;
-    case view_digits:
-        digit_factorial(n, r);
-        return;
+    case view_digits: digit_factorial(n, r); return;
     }
 }
 
@@ -178,7 +170,8 @@ void flote_binom(std::int32_t n, std::int32_t k, number *r)
         for (std::int32_t j = m + 1; j <= n; ++j) r->real = step_real(r->real, j, j - k);
         return;
     }
-    for (std::int32_t i = 1; i <= k && std::isfinite(r->real); ++i) r->real = step_real(r->real, n - k + i, i);
+    for (std::int32_t i = 1; i <= k && std::isfinite(r->real); ++i)
+        r->real = step_real(r->real, n - k + i, i);
 }
 
 // Binomials in words -------------------------------------------------------------------------------------
@@ -253,23 +246,15 @@ void mod_binom(std::int32_t n, std::int32_t k, number *r)
 void binomial(std::int32_t n, std::int32_t k, number *r)
 {
     switch (live_view()) {
-    case view_float:
-        flote_binom(n, k, r);
-        return;
+    case view_float: flote_binom(n, k, r); return;
     case view_field:
-    case view_modular:
-        mod_binom(n, k, r);
-        return;
-    case view_word:
-        lint_binom(n, k, r);
-        return;
+    case view_modular: mod_binom(n, k, r); return;
+    case view_word: lint_binom(n, k, r); return;
     case view_small:
         lint_binom(n, k, r);
         special_set(r->word & digit_mask, r);
         return;
-    case view_digits:
-        rat_binom(n, k, r);
-        return;
+    case view_digits: rat_binom(n, k, r); return;
     }
 }
 

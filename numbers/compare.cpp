@@ -176,7 +176,7 @@ static bool word_is_pm1(std::int32_t word, std::int32_t minus_one, int *is_minus
 bool equal_to_pm1(const number *a, int *is_minus)
 {
     switch (live_view()) {
-    case view_float: *is_minus = a->real < 0; return a->real == 1.0 || a->real == -1.0;
+    case view_float: *is_minus = a->real < 0; return __builtin_fabs(a->real) == 1.0;
     case view_field: return word_is_pm1(a->word, 1, is_minus);
     case view_modular: return word_is_pm1(a->word, modulus - 1, is_minus);
     case view_word: return word_is_pm1(a->word, -1, is_minus);

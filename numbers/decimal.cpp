@@ -1,9 +1,9 @@
 // numbers/decimal.cpp -- between decimal text and the three views.
 //
 // The base 10^8 chain stands between text and digits in both ways. A literal is read from the left, so its
-// groups are full from the left, and the last is short; one walk shifts the decimals of each group that is not
-// the first down to full groups from the right. Long literals become digits by halves: the high half times a
-// power of 10^8 plus the low half, down to runs that are converted on a small array.
+// groups are full from the left, and the last is short; one walk shifts the decimals of each group that is
+// not the first down to full groups from the right. Long literals become digits by halves: the high half
+// times a power of 10^8 plus the low half, down to runs that are converted on a small array.
 #include "numbers/decimal.h"
 #include <cmath>
 #include "numbers/dispatch.h"
@@ -18,6 +18,14 @@ namespace kelmar {
 
 static constexpr std::int32_t group_width = 8;  // decimal digits in a group
 static constexpr std::int32_t warn_limit = 30;  // warnings of one statement
+
+#ifdef KELMAR_TINY_LIMITS
+static constexpr std::int32_t run_length = 2;
+static constexpr std::int32_t short_size = 4;
+#else
+static constexpr std::int32_t run_length = 16;  // groups converted on an array; fewer digits than groups
+static constexpr std::int32_t short_size = 16;  // digits; from here on make_base_10 divides by halves
+#endif
 
 static std::int32_t power_of_ten(std::int32_t k)
 {
@@ -69,8 +77,7 @@ void literal_digit(literal *lit, std::int32_t digit)
 // Shift the decimals of the chain right until the last group, of `in_last` digits, is full.
 static void fill_last_group(number *g, std::int32_t in_last)
 {
-    const std::int32_t low_part = power_of_ten(group_width -
-                                               in_last);  // cuts off what moves to the next group
+    const std::int32_t low_part = power_of_ten(group_width - in_last);  // what moves to the next group
     const std::int32_t scale = power_of_ten(in_last);
     std::int32_t moved = 0;
     for (numnode *node = g->head; node; node = node->next) {
@@ -136,8 +143,7 @@ static std::int32_t groups_to_word(const number *g)
 
 // Groups to digits ----------------------------------------------------------------------------------------
 
-static constexpr std::int32_t run_length = 16;    // groups converted on an array; fewer digits than groups
-static constexpr std::int32_t max_halvings = 26;  // more groups than a 32-bit count of decimals can have
+static constexpr std::int32_t max_halvings = 26;  // for more groups than a 32-bit count of decimals has
 
 // n = the next `count` <= run_length groups from *at, which moves on. n filled.
 static void run_to_digits(const numnode **at, std::int32_t count, number *n)
@@ -220,8 +226,6 @@ void literal_to_number(literal *lit, number *n)
 
 // Digits to groups ----------------------------------------------------------------------------------------
 
-static constexpr std::int32_t short_size = 16;  // digits; from here on make_base_10 divides by halves
-
 // Divide the `size` digits by 10^8 in place, most significant first, and return the remainder.
 static std::int32_t cut_group(std::int32_t *digits, std::int32_t size)
 {
@@ -268,8 +272,9 @@ static std::int32_t magnitude_of(const numnode *node)
 static void write_group(std::FILE *out, std::int32_t group, std::int32_t *col)
 {
     char text[group_width];
-    for (std::int32_t k = group_width - 1; k >= 0; --k, group /= 10)
+    for (std::int32_t k = group_width - 1; k >= 0; --k, group /= 10) {
         text[k] = static_cast<char>('0' + group % 10);
+    }
     std::fwrite(text, 1, group_width, out);
     *col += group_width;
 }

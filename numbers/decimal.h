@@ -33,12 +33,12 @@ void close_literal(literal *lit);                      // make the groups a norm
 // warning, limited by warn_cnt to 30 a statement.
 void literal_to_number(literal *lit, number *n);
 
-// Write n in the live view to `out`; *col advances. wrap: long integers break at dispcutoff. no_sign: the sign
-// of a long integer is not written. spaced_minus: a negative value is "- " and its magnitude.
+// Write n in the live view to `out`; *col advances. wrap: long integers break at dispcutoff. no_sign: the
+// sign of a long integer is not written. spaced_minus: a negative value is "- " and its magnitude.
 void display(std::FILE *out, int wrap, int no_sign, const number *n, std::int32_t *col, int spaced_minus);
 
-// Write a long integer. compact: no leading zeros in the first group. pad: zeros up to disp_size groups first.
-// is_base10: n holds a base 10^8 chain. Faults: "bad 0 node found in showint".
+// Write a long integer. compact: no leading zeros in the first group. pad: zeros up to disp_size groups
+// first. is_base10: n holds a base 10^8 chain. Faults: "bad 0 node found in showint".
 void showint(std::FILE *out, const number *n, int compact, int pad, int is_base10, int no_sign,
              int spaced_minus, int wrap, std::int32_t *col);
 

@@ -20,9 +20,9 @@ void num_mul(number *a, number *b, number *c);  // restored: chains are cut and 
 // c replaced, may be an operand. Errors: 22 for b = 0: then c = 1 in the digit views, else c = a; 85.
 void quot(number *a, number *b, number *c);
 
-// c = quotient (op '\\') or remainder (op '|') of whole division in the live view. c replaced, may be an operand.
-// Quotients are truncated; a remainder has the sign of a, or with pos_mod |b| is added to one below 0. Where
-// nonzero numbers have inverses the quotient is exact and the remainder 0. Errors: 22 for b = 0: then c = 1; 85.
+// c = quotient (op '\\') or remainder (op '|') of whole division in the live view. c replaced, may be an
+// operand. Quotients are truncated; a remainder has the sign of a, or with pos_mod |b| is added to one
+// below 0. Residues divide exactly and leave 0. Errors: 22 for b = 0: then c = 1; 85.
 void mod_or_div(number *a, number *b, number *c, char op);
 
 // n = the greatest integer not above n. Errors: 62 in the word views; then n stays.

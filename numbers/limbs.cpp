@@ -55,22 +55,59 @@ void scatter_limbs(const limb *from, std::int32_t n, std::int32_t sign, number *
     take_chain(c, head, last, size);
 }
 
-void set_small_value(double_limb v, std::int32_t sign, number *c)
+void resize_chain_slow(number *c, std::int32_t size)
 {
-    std::int32_t digits[4];
-    std::int32_t size = 0;
-    do {
-        digits[size++] = turned(static_cast<std::int32_t>(static_cast<limb>(v) & digit_mask), sign);
-        v >>= digit_bits;
-    } while (v != 0);
-    if (c->size == size) {
-        for (numnode *node = c->head; size > 0; node = node->next) node->digit = digits[--size];
+    if (c->size == 0) {
+        c->head = c->tail = new_digit(0, nullptr);
+        c->size = 1;
+    }
+    for (; c->size < size; ++c->size) c->head = new_digit(0, c->head);
+    if (c->size == size) return;
+    numnode *end = c->head;  // give all in front of the last `size` back
+    for (std::int32_t i = c->size - size; i > 1; --i) end = end->next;
+    numnode *old = c->head;
+    c->head = end->next;
+    c->size = size;
+    give_chain(old, end);
+}
+
+static inline std::int32_t low_digit(limb v, std::int32_t sign)
+{
+    return turned(static_cast<std::int32_t>(v & digit_mask), sign);
+}
+
+void set_small_value(limb v, std::int32_t sign, number *c)
+{
+    const limb high = v >> digit_bits;
+    if (high == 0) {
+        resize_chain(c, 1);
+        c->head->digit = low_digit(v, sign);
         return;
     }
-    numnode *tail = new_digit(digits[0], nullptr);
-    numnode *head = tail;
-    for (std::int32_t i = 1; i < size; ++i) head = new_digit(digits[i], head);
-    take_chain(c, head, tail, size);
+    if (high >> digit_bits == 0) {
+        resize_chain(c, 2);
+        c->head->digit = low_digit(high, sign);
+    } else {
+        resize_chain(c, 3);
+        c->head->digit = low_digit(high >> digit_bits, sign);
+        c->head->next->digit = low_digit(high, sign);
+    }
+    c->tail->digit = low_digit(v, sign);
+}
+
+void set_small_value(double_limb v, std::int32_t sign, number *c)
+{
+    const limb high = static_cast<limb>(v >> limb_bits), low = static_cast<limb>(v) & limb_mask;
+    if (high == 0) return set_small_value(low, sign, c);
+    resize_chain(c, high >> digit_bits == 0 ? 3 : 4);
+    numnode *node = c->head;
+    if (c->size == 4) {
+        node->digit = low_digit(high >> digit_bits, sign);
+        node = node->next;
+    }
+    node->digit = low_digit(high, sign);
+    node->next->digit = low_digit(low >> digit_bits, sign);
+    c->tail->digit = low_digit(low, sign);
 }
 
 // default null; the kept buffer of scratch limbs, and its length; scratch_limbs; reset: never
@@ -219,7 +256,8 @@ static void multiply_blocks(limb *r, const limb *a, std::int32_t na, const limb 
 void multiply_limbs(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
 {
     const bool square = a == b && na == nb;
-    if (nb < column_cut) return square ? square_columns(r, a, na) : multiply_columns(r, a, na, b, nb);
+    if (square && na < square_cut) return square_columns(r, a, na);
+    if (nb < column_cut && !square) return multiply_columns(r, a, na, b, nb);
     const std::int32_t h = (na + 1) / 2;
     if (nb <= h) return multiply_blocks(r, a, na, b, nb, scratch);
 

@@ -20,9 +20,11 @@ inline constexpr limb limb_mask = (limb{1} << limb_bits) - 1;
 
 #ifdef KELMAR_TINY_LIMITS
 inline constexpr std::int32_t column_cut = 2;
+inline constexpr std::int32_t square_cut = 3;
 inline constexpr std::int32_t stack_limbs = 2;
 #else
 inline constexpr std::int32_t column_cut = 24;   // limbs; below it columns beat Karatsuba (measured)
+inline constexpr std::int32_t square_cut = 44;   // the same for squares
 inline constexpr std::int32_t stack_limbs = 32;  // of both operands; above it they go to the kept buffer
 #endif
 static_assert(stack_limbs / 2 < column_cut, "products of stack arrays take no scratch");
@@ -50,8 +52,16 @@ void gather_limbs(const numnode *head, std::int32_t size, limb *to);
 // c = from[0 .. n), negated when sign is -1 (else 0), n > 0; leading zeros are allowed. c replaced.
 void scatter_limbs(const limb *from, std::int32_t n, std::int32_t sign, number *c);
 
-// c = v, negated when sign is -1 (else 0), v < 2^112, in the nodes that c has when their number fits. c replaced.
-void set_small_value(double_limb v, std::int32_t sign, number *c);
+// Give c `size` > 0 digits, whatever they hold: the nodes that it has, less some, or fresh ones in front.
+void resize_chain_slow(number *c, std::int32_t size);
+inline void resize_chain(number *c, std::int32_t size)
+{
+    if (c->size != size) resize_chain_slow(c, size);
+}
+
+// c = v, negated when sign is -1 (else 0), in the nodes that it has. c replaced.
+void set_small_value(limb v, std::int32_t sign, number *c);
+void set_small_value(double_limb v, std::int32_t sign, number *c);  // v < 2^112
 
 // Return n limbs of the kept buffer, borrowed until the next call.
 limb *scratch_limbs(std::int64_t n);

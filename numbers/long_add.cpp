@@ -6,9 +6,12 @@
 // rightmost such node: all that is out of range lies at it or in front of it. After the pass the links from the
 // head to that node are reversed, the carries run back along them, and the links are restored on the way.
 //
+// Values of one and two digits, which carry most of the traffic, are added in a register instead.
+//
 // In place the same pass writes into the nodes of a: each is read before it is written, and a carry only
 // reaches back to a node that was read already, so b may be a.
 #include "numbers/long_add.h"
+#include "numbers/limbs.h"
 #include "numbers/word_mod.h"
 
 namespace kelmar {
@@ -27,11 +30,6 @@ struct pass {
     std::int32_t sign;     // 0, or -1 for a negative result: magnitudes are turned by (x ^ sign) - sign
     std::int32_t size;
 };
-
-static inline std::int32_t turned(std::int32_t x, std::int32_t sign)
-{
-    return (x ^ sign) - sign;
-}
 
 template <operation Op> static inline std::int32_t combined(std::int32_t a, std::int32_t b)
 {
@@ -52,17 +50,6 @@ template <radix R> static inline std::int32_t split_carry(std::int32_t *x, std::
 }
 
 // Ends ----------------------------------------------------------------------------------------------------
-
-// c = the one digit `digit`, in the node it has if it has just one.
-static inline void set_one_digit(std::int32_t digit, number *c)
-{
-    if (c->size == 1) {
-        c->head->digit = digit;
-        return;
-    }
-    numnode *node = new_digit(digit, nullptr);
-    take_chain(c, node, node, 1);
-}
 
 // Drop head nodes that hold 0; of a zero, all but the last node.
 static inline void strip_head(number *n)
@@ -199,7 +186,7 @@ static inline void add_equal(numnode *a, const numnode *b, std::int32_t size, nu
             c->size = 1;
             c->head->digit = 0;
         } else {
-            set_one_digit(0, c);
+            set_small_value(limb{0}, 0, c);
         }
         return;
     }
@@ -210,15 +197,28 @@ static inline void add_equal(numnode *a, const numnode *b, std::int32_t size, nu
     if (P == in_place && size < all) give_front(head, all - size);
 }
 
+static inline std::int64_t small_value(const numnode *head, std::int32_t size)
+{
+    const std::int64_t v = head->digit;
+    return size == 1 ? v : v * digit_base + head->next->digit;
+}
+
+// c = a + b or a - b for at most two digits of base 2^28, in a register.
+template <operation Op>
+static inline void add_small(const numnode *a, std::int32_t size_a, const numnode *b, std::int32_t size_b, number *c)
+{
+    const std::int64_t va = small_value(a, size_a), vb = small_value(b, size_b);
+    const std::int64_t v = Op == plus ? va + vb : va - vb;
+    const std::int32_t sign = v < 0 ? -1 : 0;
+    set_small_value(static_cast<limb>((v ^ sign) - sign), sign, c);
+}
+
 // c = a + b or a - b. In place, a is the chain of c; apart, a is spared, whatever its type says.
 template <operation Op, radix R, place P>
 static void add_chains(numnode *a, std::int32_t size_a, const numnode *b, std::int32_t size_b, number *c,
                        std::int32_t base)
 {
-    if (size_a == 1 && size_b == 1) {
-        const std::int32_t top = combined<Op>(a->digit, b->digit);
-        if (top < base && -top < base) return set_one_digit(top, c);
-    }
+    if (R == base_fixed && size_a <= 2 && size_b <= 2) return add_small<Op>(a, size_a, b, size_b, c);
     if (size_a == size_b) return add_equal<Op, R, P>(a, b, size_a, c, base);
 
     const bool a_longer = size_a > size_b;

@@ -33,7 +33,14 @@ static inline limb small_magnitude(const numnode *head, std::int32_t size)
 // Methods -------------------------------------------------------------------------------------------------
 // All take q = null for "no quotient".
 
-// a is shorter than b: r = a, q = 0.
+// a has fewer digits than b, or as many and a smaller head.
+static inline bool is_shorter(const division *d)
+{
+    if (d->size_a != d->size_b) return d->size_a < d->size_b;
+    return small_magnitude(d->head_a, 1) < small_magnitude(d->head_b, 1);
+}
+
+// r = a, q = 0.
 static void divide_shorter(const division *d, number *q, number *r)
 {
     const bool in_place = r->size == d->size_a && r->head == d->head_a && chain_sign(r->head) == d->sign;
@@ -49,7 +56,7 @@ static void divide_shorter(const division *d, number *q, number *r)
         }
         take_chain(r, head, tail, d->size_a);
     }
-    if (q) set_small_value(0, 0, q);
+    if (q) set_small_value(limb{0}, 0, q);
 }
 
 // Both have at most two digits.
@@ -106,7 +113,7 @@ static void divide_in(limb *room, const division *d, number *q, number *r)
 static void divide_long(const division *d, number *q, number *r)
 {
     const std::int32_t na = limbs_of(d->size_a), nb = limbs_of(d->size_b);
-    if (na < stack_limbs) {
+    if (na < stack_limbs && na + 1 - nb < halving_cut) {
         limb room[2 * stack_limbs];  // rows take no scratch
         return divide_in(room, d, q, r);
     }
@@ -120,7 +127,7 @@ static void divide_chains(division *d, number *q, number *r)
         d->head_a = d->head_a->next;
         --d->size_a;
     }
-    if (d->size_a < d->size_b) return divide_shorter(d, q, r);
+    if (is_shorter(d)) return divide_shorter(d, q, r);
     if (d->size_a <= 2) return divide_small(d, q, r);
     if (d->size_b == 1) return divide_by_digit(d, q, r);
     divide_long(d, q, r);

@@ -1,8 +1,8 @@
 #pragma once
 // numbers/plain_quoly.h -- the scalar value of the language, and arithmetic on those that are plain numbers.
 //
-// A value is handled through a handle, the address of a pointer to a quolynode. A result handle's old value is
-// freed, and its record is used again when it holds a plain number, so that a running sum allocates nothing.
+// A value is handled through a handle, the address of a pointer to a quolynode. A result handle's old value
+// is freed, and its record is used again when it holds a plain number: a running sum allocates nothing.
 // Null handles of results are allowed: *c may be null. Zero is always the plain number 0.
 //
 //               plain     better_   best_     fast_
@@ -70,13 +70,13 @@ void best_quoly_sub(quolynode **a, quolynode **b);
 void quoly_mult(const quolynode *a, const quolynode *b, quolynode **c);
 void fast_quoly_mult(quolynode **a, const quolynode *b);
 
-// *c = a / b. *c replaced, may be an operand. fast_: *a = *a / b in place. `no_reduce` is the // form; it says
-// nothing to plain numbers. Errors: 22 at quotsign for b = 0; if error comes back the result is 1.
+// *c = a / b. *c replaced, may be an operand. fast_: *a = *a / b in place. `no_reduce` is the // form; it
+// says nothing to plain numbers. Errors: 22 at quotsign for b = 0; if error comes back the result is 1.
 void quoly_quot(const quolynode *a, const quolynode *b, std::int32_t no_reduce, quolynode **c);
 void fast_quoly_quot(quolynode **a, const quolynode *b, std::int32_t no_reduce);
 
-// *c = quotient (op '\\') or remainder (op '|') of whole division. *c replaced, may be an operand. Doubles: fmod;
-// with pos_mod a remainder below 0 gets |b| added. Errors: 22 for b = 0.
+// *c = quotient (op '\\') or remainder (op '|') of whole division. *c replaced, may be an operand. Doubles:
+// fmod; with pos_mod a remainder below 0 gets |b| added. Errors: 22 for b = 0.
 void quoly_mod_or_div(const quolynode *a, const quolynode *b, quolynode **c, char op);
 
 // *q = the greatest integer not above q. Errors: 62 in the word modes.

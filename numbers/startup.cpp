@@ -1,9 +1,10 @@
 // numbers/startup.cpp -- the tables of the number layer, file by file.
 //
-// One row of start_files says what a file is called and which routine takes its words; that routine clears its
-// tables, reads on without looking whether a read declined (declined reads give zeros), and then tests the last
-// entries, which are wrong in a file that was cut short. A file that is missing goes the same way, as a file
-// where every read declines, but for the report. What follows from the tables is made when all files are read.
+// One row of start_files says what a file is called and which routine takes its words; that routine clears
+// its tables, reads on without looking whether a read declined (declined reads give zeros), and then tests
+// the last entries, which are wrong in a file that was cut short. A file that is missing goes the same way,
+// as a file where every read declines, but for the report. What follows from the tables is made when all
+// files are read.
 #include "numbers/startup.h"
 #include <cstdio>
 #include <cstdlib>
@@ -50,7 +51,8 @@ static void load_names(data_file *file)
     for (std::int32_t k = 0; k < builtin_limit; ++k) {
         builtin_row *row = &builtin[k];
         const bool wanted = !file->damaged && k <= last;
-        if (wanted && read_field(file, builtin_width, row->name) && read_field(file, builtin_width, row->second)) {
+        if (wanted && read_field(file, builtin_width, row->name) &&
+            read_field(file, builtin_width, row->second)) {
             numbuiltins = k;
             continue;
         }
@@ -78,7 +80,8 @@ static int compare_names(const void *a, const void *b)
 static void sort_names()
 {
     for (std::int16_t k = 0; k < builtin_limit; ++k) builtin_order[k] = k;
-    std::qsort(builtin_order, static_cast<std::size_t>(numbuiltins + 1), sizeof builtin_order[0], compare_names);
+    std::qsort(builtin_order, static_cast<std::size_t>(numbuiltins + 1), sizeof builtin_order[0],
+               compare_names);
 }
 
 // Powers, factorials, binomials --------------------------------------------------------------------------
@@ -321,8 +324,7 @@ void subinitialize(const char *directory)
     for (const start_file &row : start_files) {
         data_file file;
         std::int32_t tries = 0;
-        while (++tries <= row.attempts && !open_data_file(directory, row.name, &file)) {
-        }
+        while (++tries <= row.attempts && !open_data_file(directory, row.name, &file)) {}
         if (!file.text) kelmar_error(row.missing, 0);
         row.load(&file);
         close_data_file(&file);

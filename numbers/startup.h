@@ -1,10 +1,10 @@
 #pragma once
-// numbers/startup.h -- the tables of the number layer, and the loader that fills them at the start of a session.
+// numbers/startup.h -- the tables of the number layer, and the loader that fills them at the start.
 //
-// All are plain arrays, since inner loops index them, and zero until they are loaded: a file that can't be found
-// leaves its tables zero, its numbers the number 0, and whoever divides by an entry tests it. Nothing writes them
-// after the start. Constants need no loading. The tables of the binary fields stand in numbers/fields.h, two_28
-// in numbers/radix.h; they are filled here too.
+// All are plain arrays, since inner loops index them, and zero until they are loaded: a file that can't be
+// found leaves its tables zero, its numbers the number 0, and whoever divides by an entry tests it. Nothing
+// writes them after the start. Constants need no loading. The tables of the binary fields stand in
+// numbers/fields.h, two_28 in numbers/radix.h; they are filled here too.
 
 #include <cstdint>
 #include "numbers/number.h"
@@ -18,8 +18,9 @@ namespace kelmar {
 // left out. Called by initialize.
 void subinitialize(const char *directory);
 
-// Fill all tables of the number layer from the files of `directory`, and put 5001 digit nodes on numhead. Called
-// once, in the digit view, with the stashes open. Faults: the reports of files, none of which stops the start.
+// Fill all tables of the number layer from the files of `directory`, and put 5001 digit nodes on numhead.
+// Called once, in the digit view, with the stashes open. Faults: the reports of files, none of which stops
+// the start.
 void initialize(const char *directory);
 
 // n = the next number of the interpolation file. n replaced; 0 when the read declines (0).
@@ -40,11 +41,11 @@ inline char erp[message_count * message_stride];  // message n at (n - 1) * mess
 
 struct builtin_row {
     char name[builtin_width + 1];
-    char second[builtin_width + 1];  // "*NN" for the names that the factor reader handles, else the name again
+    char second[builtin_width + 1];  // "*NN" for names the factor reader handles, else the name
 };
 
-inline builtin_row builtin[builtin_limit];  // by index; "b" and "" beyond numbuiltins
-inline std::int32_t numbuiltins = -1;       // the last index in use; -1 when there are no names
+inline builtin_row builtin[builtin_limit];         // by index; "b" and "" beyond numbuiltins
+inline std::int32_t numbuiltins = -1;              // the last index in use; -1 when there are no names
 inline std::int16_t builtin_order[builtin_limit];  // indices 0 .. numbuiltins, by strcmp of the names
 
 // Primes -------------------------------------------------------------------------------------------------
@@ -85,11 +86,13 @@ inline constexpr std::int32_t small_arr[13] = {100000, 100, 80, 60, 44, 28, 20, 
 
 // 2^i - 1
 inline constexpr std::int32_t ones[32] = {
-    0x0,     0x1,     0x3,      0x7,      0xf,      0x1f,      0x3f,      0x7f,      0xff,      0x1ff,     0x3ff,
-    0x7ff,   0xfff,   0x1fff,   0x3fff,   0x7fff,   0xffff,    0x1ffff,   0x3ffff,   0x7ffff,   0xfffff,   0x1fffff,
-    0x3fffff, 0x7fffff, 0xffffff, 0x1ffffff, 0x3ffffff, 0x7ffffff, 0xfffffff, 0x1fffffff, 0x3fffffff, 0x7fffffff};
+    0x0,      0x1,       0x3,       0x7,       0xf,       0x1f,       0x3f,       0x7f,
+    0xff,     0x1ff,     0x3ff,     0x7ff,     0xfff,     0x1fff,     0x3fff,     0x7fff,
+    0xffff,   0x1ffff,   0x3ffff,   0x7ffff,   0xfffff,   0x1fffff,   0x3fffff,   0x7fffff,
+    0xffffff, 0x1ffffff, 0x3ffffff, 0x7ffffff, 0xfffffff, 0x1fffffff, 0x3fffffff, 0x7fffffff};
 
-// Evaluation points modulo 2, over the integers, modulo other primes. The first word is 0: positions count from 1.
+// Evaluation points modulo 2, over the integers, modulo other primes. The first word is 0: positions count
+// from 1.
 inline constexpr std::int16_t base_2_list[4] = {0, 3, 1, 2};
 inline constexpr std::int16_t base_3_list[7] = {0, 4, 1, 3, 8, 5, 2};
 inline constexpr std::int16_t base_7_list[21] = {0,  8,  1,  7,  16, 9,  2,  14, 3,  10, 22,

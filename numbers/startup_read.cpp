@@ -1,8 +1,9 @@
 // numbers/startup_read.cpp -- words and numbers out of a buffer.
 //
-// The buffer ends in a NUL, which is neither blank nor digit, so the inner loops need no test for the end. A word
-// is gathered in 64 bits and given up as soon as it leaves 32. A chain of digits is built from the head in place
-// and belongs to its number at every moment, so a number that breaks off is released by the number's own rule.
+// The buffer ends in a NUL, which is neither blank nor digit, so the inner loops need no test for the end. A
+// word is gathered in 64 bits and given up as soon as it leaves 32. A chain of digits is built from the head
+// in place and belongs to its number at every moment, so a number that breaks off is released by the number's
+// own rule.
 #include "numbers/startup_read.h"
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,7 +18,8 @@ static constexpr std::int32_t line_limit = 1023;  // bytes of a line, its end in
 
 // Opening ------------------------------------------------------------------------------------------------
 
-// Return the bytes of the open plain file, at most data_file_limit, and a NUL behind them; null when that fails.
+// Return the bytes of the open plain file, at most data_file_limit, and a NUL behind them; null when that
+// fails.
 static char *read_whole(int descriptor, std::int64_t *size)
 {
     struct stat facts_of;
@@ -41,7 +43,7 @@ int open_data_file(const char *directory, const char *name, data_file *file)
     char path[PATH_MAX];
     const int length = std::snprintf(path, sizeof path, "%s%s", directory, name);
     if (length < 0 || length >= PATH_MAX) return 0;
-    const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // a pipe must not hold the start up
+    const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // no waiting for a pipe
     if (descriptor < 0) return 0;
     std::int64_t size = 0;
     char *text = read_whole(descriptor, &size);

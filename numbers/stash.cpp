@@ -1,8 +1,8 @@
 // numbers/stash.cpp -- carving of blocks, and the ring of open stashes.
 //
-// A block is one heap request: a head of two words, then as many slugs as the nominal sizes give. The slugs are
-// chained upward from slug 0, so that the free chain starts at the top of the block and slugs go out downward.
-// Blocks differ in physical size, so a block from extra_blocks is taken only where it is large enough.
+// A block is one heap request: a head of two words, then as many slugs as the nominal sizes give. The slugs
+// are chained upward from slug 0, so that the free chain starts at the top and slugs go out downward. Blocks
+// differ in physical size, so a block from extra_blocks is taken only where it is large enough.
 #include "numbers/stash.h"
 #include <cstdio>
 #include <cstdlib>
@@ -12,9 +12,10 @@
 
 namespace kelmar {
 
+static constexpr std::int32_t root_size = sizeof(stash);
+
 stash primal_stash = {
-    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", sizeof(stash), sizeof(stash), 0,
-    0,       0};
+    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", root_size, root_size, 0, 0, 0};
 stash_block *extra_blocks = nullptr;
 
 // A block that more_mem takes fits every stash whose records are at most twice their nominal size.

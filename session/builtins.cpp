@@ -5,6 +5,7 @@
 #include "session/builtins.h"
 #include <cstring>
 #include "numbers/startup.h"
+#include "session/builtin_flow.h"
 #include "session/errors.h"
 #include "session/output.h"
 
@@ -27,8 +28,45 @@ int find_built_in(const char *name)
     return -1;
 }
 
-void builtin_func(input_stream **, quolynode **n, name_node **, int)
+// Dispatch ------------------------------------------------------------------------------------------------
+
+typedef void (*builtin_handler)(input_stream **stream, quolynode **n, name_node **cursor);
+
+struct builtin_case {
+    int index;
+    builtin_handler run;
+};
+
+// An index without a row is not implemented.
+static const builtin_case builtin_cases[] = {
+    {2, builtin_int},
+    {24, builtin_func_definition},
+    {25, builtin_func_definition},
+    {62, builtin_int},
+    {66, builtin_prod},
+    {74, builtin_return},
+    {82, builtin_sigma},
+};
+
+struct builtin_table {
+    builtin_handler run[builtin_limit];
+};
+
+static builtin_table make_builtin_table()
 {
+    builtin_table t = {};
+    for (const builtin_case &row : builtin_cases) t.run[row.index] = row.run;
+    return t;
+}
+
+static const builtin_table by_index = make_builtin_table();
+
+void builtin_func(input_stream **stream, quolynode **n, name_node **cursor, int index)
+{
+    if (by_index.run[index]) {
+        by_index.run[index](stream, n, cursor);
+        return;
+    }
     quoly_set(0, n);
     std::fputs("not implemented\n", Output);
     restart_session();

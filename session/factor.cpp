@@ -222,6 +222,18 @@ static void read_underscore(input_stream **stream, operand *v, name_node **curso
 
 // System values ---------------------------------------------------------------------------------------------
 
+// `<F`: the control statement of the terminal that ran last runs again; not inside a function.
+static void read_system_function(input_stream **stream, operand *v, name_node **cursor)
+{
+    quoly_set(0, &v->n);
+    if (*cursor) {
+        error(err_not_in_function, token.text);
+        return;
+    }
+    scanner(stream, &token, cursor);
+    rerun_control_statement(stream, &v->n);
+}
+
 // `<` is in hand: an entry of the system array, the system function, or the last value.
 static void read_last_value(input_stream **stream, operand *v, name_node **cursor)
 {
@@ -231,8 +243,7 @@ static void read_last_value(input_stream **stream, operand *v, name_node **curso
         error(err_system_array_empty, token.text);
         quoly_set(0, &v->n);
     } else if (token_is(&token, "F")) {
-        error(*cursor ? err_not_in_function : err_no_functions, token.text);
-        quoly_set(0, &v->n);
+        read_system_function(stream, v, cursor);
     } else if (prevnum) {
         quoly_assign(prevnum, &v->n);
     } else {
@@ -316,7 +327,13 @@ void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent
     check_stack();
     free_quoly(&v->n);
     v->col = nullptr;
-    if (read_primary(stream, v, cursor) == plain_primary) postfix(stream, v, cursor);
+    if (*cursor && (*cursor)->linked) {
+        v->p = static_cast<quolynode **>((*cursor)->ptr);
+        scanner(stream, &token, cursor);
+        postfix(stream, v, cursor);
+    } else if (read_primary(stream, v, cursor) == plain_primary) {
+        postfix(stream, v, cursor);
+    }
     if (!v->p && !keep_absent && token.text[0] != ':') make_private(v);
 }
 

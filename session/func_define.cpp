@@ -170,12 +170,19 @@ static void read_parameter(name_node **param, const name_node *before, list_read
     next_token(r);
 }
 
+// Pass `(` or a separator, and the line ends behind it.
+static void pass_separators(list_reader *r)
+{
+    if (!has_word(";")) next_token(r);
+    while (has_word(";") && !input_is_cut(r)) pass_semicolon(r);
+}
+
 // `(` is in hand: read the parameters and the "=" behind them.
 static void read_parameters(func_node *f, list_reader *r)
 {
     name_node **end = &f->params;
     do {
-        next_token(r);
+        pass_separators(r);
         read_parameter(end, f->params, r);
         end = &(*end)->next;
     } while (token.text[0] == ',' || (token.text[0] == ';' && !input_is_cut(r)));

@@ -1,21 +1,43 @@
 #pragma once
-// session/func_run.h -- calls of user functions, and control statements typed at the terminal.
+// session/func_run.h -- running stored statements: calls of user functions, and control statements.
+//
+// A stored statement runs by replaying its tokens through the evaluators that serve the terminal. The value of a
+// sequence is that of the statement it executed last.
 
-#include "numbers/plain_quoly.h"
-#include "session/names.h"
+#include "session/evaluator.h"
+#include "session/func_records.h"
 
 namespace kelmar {
 
 // default 0; depth of active calls; evaluate; reset: unwind
 inline std::int32_t statcount = 0;
+// default null; the control statement typed last at the terminal; run_control_statement; reset: never
+inline func_node *sys_func = nullptr;
 
-// *n = the value of the function `name` on the arguments that follow. Errors: 16.
+// *n = the value of the function `name` on the arguments that follow; the token behind the name is in hand. Values
+// of all arguments are read before the first parameter is bound. Errors: 9 14 15 16 19 206 207, those of the body.
 void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node **cursor);
 
-// Unlink and release the parameters of a call that an error abandons.
-void release_params(func_node *function);
+// Execute one statement. *n replaced with its value. Errors: 9 31, those of the statement.
+void getval(input_stream **stream, cond_node *cond, quolynode **n);
 
-// Read and run the control statement that begins with `word`: if, for or while. *n = its value. Errors: 16.
+// Execute the statements until a flag asks to leave. *n = the value of the last one; null when there was none.
+void eval_form(input_stream **stream, form_node *form, quolynode **n);
+
+// Some flag asks to leave a sequence of statements.
+inline bool leaving()
+{
+    return (exit_flag | leave_flag | cycle_flag) != 0;
+}
+
+// Put the first token of a stored list in hand.
+void begin_list(name_node *list);
+
+// Read and run the control statement that begins with `word`: if, for or while; the token behind the word is in
+// hand. *n = its value. Errors: those of a definition, and of the statements.
 void run_control_statement(token_rec *word, input_stream **stream, quolynode **n, name_node **cursor);
+
+// Run the control statement of the terminal once more, the token behind it in hand. Errors: 222.
+void rerun_control_statement(input_stream **stream, quolynode **n);
 
 }  // namespace kelmar

@@ -7,6 +7,9 @@
 
 #include <cstdint>
 #include "session/errnums.h"
+#ifdef KELMAR_STORM
+#include "session/storm.h"
+#endif
 
 namespace kelmar {
 
@@ -31,6 +34,9 @@ void answer_interrupt();
 // Answer a waiting interrupt, if there is one. Stands at safe points only, never inside the number layer.
 inline void poll_interrupt()
 {
+#ifdef KELMAR_STORM
+    storm_poll();
+#endif
     if (__builtin_expect(interrupt_flag, 0)) answer_interrupt();
 }
 

@@ -51,7 +51,9 @@ void read_quoly_literal(input_stream **, quolynode **, name_node **)
     decline();
 }
 
-void check_for_mod_out() {}
+void check_for_mod_out()
+{
+}
 
 bool change_laurent(std::int32_t)
 {

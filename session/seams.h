@@ -1,22 +1,25 @@
 #pragma once
 // session/seams.h -- commands whose modules do not exist yet; each moves to its module when that comes.
 //
-// Until then they decline like a built-in without a case: they write "not implemented" and unwind to the restart
-// point. What can be told without the module, such as a wrong ground ring, is told first.
+// Until then they decline like a built-in without a case: they write "not implemented" and unwind to the
+// restart point. What can be told without the module, such as a wrong ground ring, is told first.
 
 #include "session/switches.h"
 
 namespace kelmar {
 
-// Adjoin or cancel a polynomial variable. asks: behind &J , else from the = or > of &(J = x) on; `)` is then left in
-// hand.
+// Adjoin or cancel a polynomial variable. asks: behind &J , else from the = or > of &(J = x) on; `)` is
+// then left in hand.
 void attach_poly_command(input_stream **stream, name_node **cursor, bool asks);
 
-// Give a polynomial to mod out by. asks: behind &P , else from the = of &(P = ...) on; `)` is then left in hand.
+// Give a polynomial to mod out by. asks: behind &P , else from the = of &(P = ...) on; `)` is then left in
+// hand.
 void set_mod_out_command(input_stream **stream, name_node **cursor, bool asks);
 
-// Read statements from a file: letter 'R' from its beginning, 'r' from where reading stopped. name null: ask for it.
-void load_command(input_stream **stream, quolynode **result, name_node **cursor, char letter, const char *name);
+// Read statements from a file: letter 'R' from its beginning, 'r' from where reading stopped. name null:
+// ask for it.
+void load_command(input_stream **stream, quolynode **result, name_node **cursor, char letter,
+                  const char *name);
 
 // Write a file: letter 's' everything, 'S' what the next tokens name. name null: ask for it.
 void save_command(input_stream **stream, name_node **cursor, char letter, const char *name);
@@ -39,8 +42,8 @@ bool change_laurent(std::int32_t v);
 // text = the characters of the array `name`, at most room - 1 of them. Errors: 28. Declines (0) after it.
 bool get_from_array(token_rec *name, char *text, int room);
 
-// Set the cutoffs of the polynomial variables from the array whose [ is in hand; leave the token behind its ] in hand.
-// Errors: 28.
+// Set the cutoffs of the polynomial variables from the array whose [ is in hand; leave the token behind its
+// ] in hand. Errors: 28.
 void get_cut_from_array(input_stream **stream, name_node **cursor);
 
 }  // namespace kelmar

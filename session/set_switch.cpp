@@ -1,9 +1,9 @@
 // session/set_switch.cpp -- the form &(x = v).
 //
-// The letter finds its row, and the kind of the row tells how the value is read: a number is an expression with
-// true integers, a text stands in quotes, in an array or as one token, and a form of its own reads itself. Nothing
-// changes before the closing parenthesis has been seen, so that an error leaves the switch as it was. The letter
-// is looked at last: an unknown one is told only when all else was right.
+// The letter finds its row, and the kind of the row tells how the value is read: a number is an expression
+// with true integers, a text stands in quotes, in an array or as one token, and a form of its own reads
+// itself. Nothing changes before the closing parenthesis has been seen, so that an error leaves the switch
+// as it was. The letter is looked at last: an unknown one is told only when all else was right.
 #include "session/set_switch.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -20,7 +20,7 @@ static constexpr int text_room = 256;  // bytes of a text, its end mark included
 static constexpr char random_code = '3';
 static constexpr char columns_code = '4';
 
-// Letters -------------------------------------------------------------------------------------------------
+// Letters -----------------------------------------------------------------------------------------------
 
 // The code that a letter of the second set stands for; other letters stand for themselves.
 static char code_of_under(char letter)
@@ -58,7 +58,7 @@ static bool at_closing_paren()
     return false;
 }
 
-// Texts ---------------------------------------------------------------------------------------------------
+// Texts -------------------------------------------------------------------------------------------------
 
 // Append the token to the text of *length bytes. Declines (0) after error 209.
 static bool append_token(char *text, int *length)
@@ -129,7 +129,7 @@ static void set_text(const switch_row *row, input_stream **stream, quolynode **r
     }
 }
 
-// Numbers -------------------------------------------------------------------------------------------------
+// Numbers -----------------------------------------------------------------------------------------------
 
 // Skip the list of conversions behind the value of a ring, up to the closing parenthesis.
 static void skip_conversions(input_stream **stream, name_node **cursor)
@@ -151,8 +151,8 @@ static bool integers_follow(input_stream **stream, name_node **cursor, char code
     return true;
 }
 
-// *value = the expression that begins with the token in hand: true integers, but for the denominator of random
-// numbers, which belongs to the present ring.
+// *value = the expression that begins with the token in hand: true integers, but for the denominator of
+// random numbers, which belongs to the present ring.
 static void read_value(input_stream **stream, quolynode **value, name_node **cursor, char code)
 {
     std::int32_t saved = 0;
@@ -210,7 +210,7 @@ static void set_cutoffs(input_stream **stream, name_node **cursor)
     at_closing_paren();
 }
 
-// The command -------------------------------------------------------------------------------------------------
+// The command -------------------------------------------------------------------------------------------
 
 static void set_from_value(const switch_row *row, char code, input_stream **stream, quolynode **result,
                            name_node **cursor)

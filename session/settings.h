@@ -1,7 +1,9 @@
 #pragma once
-// session/settings.h -- switches and tables whose modules do not exist yet; each moves to its module when that comes.
+// session/settings.h -- switches and tables whose modules do not exist yet; each moves to its module when
+// that comes.
 
 #include "numbers/plain_quoly.h"
+#include "poly/mul.h"
 
 namespace kelmar {
 
@@ -13,14 +15,8 @@ inline std::int32_t rat_yes = 1;
 inline constexpr std::int32_t denom_count = 999;
 inline quolynode *denom[denom_count];  // the values 1 to 998, for characteristic polynomials
 
-// Polynomials -------------------------------------------------------------------------------------------------
+// Polynomials -------------------------------------------------------------------------------------------
 
-// default 20; terms; a shorter operand is multiplied term by term; &#, reset_cutoffs; reset: mode
-inline std::int32_t poly_cutoff = 20;
-// default 140; kept as the user set it, read by nothing; &_k; reset: never
-inline std::int32_t simplest_poly_cutoff = 140;
-// default 0; polynomials may have negative exponents; &l; reset: never
-inline std::int32_t laurent = 0;
 // default 0; polynomials are read with true integers under a modulus too; &n; reset: never
 inline std::int32_t nomodpolyreadin = 0;
 // default 0; a relation was changed while words were the numbers; &P; reset: never
@@ -29,10 +25,13 @@ inline std::int32_t changed_in_modmode = 0;
 // poly_cutoff = v, and with it the cutoff of every polynomial variable that had the old value.
 inline void reset_cutoffs(std::int32_t v)
 {
+    for (pt *r = polynames; r; r = r->next) {
+        if (r->cut == poly_cutoff) r->cut = v;
+    }
     poly_cutoff = v;
 }
 
-// Display -----------------------------------------------------------------------------------------------------
+// Display -----------------------------------------------------------------------------------------------
 
 // default 0; polynomials of several variables are shown as a list of monomials; &2; reset: never
 inline std::int32_t monomial_list = 0;
@@ -41,7 +40,7 @@ inline std::int32_t do_line_sup = 1;
 // default 0; more progress lines than verbose gives; &W; reset: never
 inline std::int32_t windy = 0;
 
-// Gcds --------------------------------------------------------------------------------------------------------
+// Gcds --------------------------------------------------------------------------------------------------
 
 // default 1; gcds in several variables use images and lifting; &O; reset: never
 inline std::int32_t chinhensel = 1;
@@ -53,11 +52,12 @@ inline constexpr std::int32_t largest_first_factor = 4583;  // as many candidate
 // default 100; primes looked for, second list; &A; reset: never
 inline std::int32_t aux_num_2factor = 100;
 
-// Arrays and matrices -----------------------------------------------------------------------------------------
+// Arrays and matrices -----------------------------------------------------------------------------------
 
 // default 1; index of the first entry of arrays, 0 or 1; &a; reset: never
 inline std::int32_t addresser = 1;
-// default -1; rows; a smaller determinant is expanded by minors, negative: the default applies; &D; reset: never
+// default -1; rows; a smaller determinant is expanded by minors, negative: the default applies; &D; reset:
+// never
 inline std::int32_t detcutoff = -1;
 // default 0; 1: determinants try fraction-free elimination; &K; reset: never
 inline std::int32_t gauss_cutoff = 0;
@@ -74,7 +74,7 @@ inline std::int32_t chpoly_block = 1;
 // default 0; 0 .. 5; how pivots of sparse matrices are chosen; &u; reset: never
 inline std::int32_t pseudet_heur = 0;
 
-// Storage -----------------------------------------------------------------------------------------------------
+// Storage -----------------------------------------------------------------------------------------------
 
 // default 0; large data may go to the disk; &&; reset: never
 inline std::int32_t diskstore = 0;

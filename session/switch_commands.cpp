@@ -1,7 +1,7 @@
 // session/switch_commands.cpp -- what the commands behind & do.
 //
-// Each begins with its letter in hand and leaves its own last token in hand. Who reads to the end of the statement
-// leaves the terminator, and by that tells the caller to scan no further.
+// Each begins with its letter in hand and leaves its own last token in hand. Who reads to the end of the
+// statement leaves the terminator, and by that tells the caller to scan no further.
 #include "session/switch_commands.h"
 #include <ctime>
 #include "numbers/mode.h"
@@ -26,7 +26,7 @@ static bool typed_at_terminal(name_node **cursor)
     return !*cursor && tt_flag;
 }
 
-// The session and its levels --------------------------------------------------------------------------------
+// The session and its levels ----------------------------------------------------------------------------
 
 void quit(input_stream **, quolynode **, name_node **)
 {
@@ -52,7 +52,7 @@ void pop_command_level(input_stream **, quolynode **, name_node **)
     time_to_quit = 1;
 }
 
-// Loops, functions and files ----------------------------------------------------------------------------------
+// Loops, functions and files ----------------------------------------------------------------------------
 
 // Set the flag that a loop or function looks at, inside one; a statement typed as such is in none.
 static void leave_by(std::int32_t *flag, name_node **cursor)
@@ -89,7 +89,7 @@ void refuse_output_form(input_stream **, quolynode **, name_node **)
     error(err_file_output_form, token.text);
 }
 
-// Storage and clocks ----------------------------------------------------------------------------------------
+// Storage and clocks ------------------------------------------------------------------------------------
 
 // *result = v in the live view, also beyond the words.
 static void set_large(std::uint64_t v, quolynode **result)
@@ -124,19 +124,23 @@ void show_garbage(input_stream **, quolynode **, name_node **)
     garbage(Output, 'g');
 }
 
-// The minors keep their own figures; without them there is nothing to count.
+// Figures of the minors stand at 0 while nothing keeps any.
 void show_statistics(input_stream **, quolynode **, name_node **)
 {
     const unsigned minor_memory = 0;
+    const int idle = static_cast<int>(garbsize());
     const int minor_prime = 0, branches = 0, leaves = 0, nodes = 0, hits = 0;
-    std::fprintf(Output,
-                 " memavail, minor memory, garbsize, minor prime, total branches, leaf count, stash nodes, hits:"
-                 " %u, %u, %d, %d, %d, %d, %d, %d\n",
-                 memavail(), minor_memory, static_cast<int>(garbsize()), minor_prime, branches, leaves, nodes, hits);
+    std::fputs(
+        " memavail, minor memory, garbsize, minor prime, total branches, leaf count, stash nodes, hits: ",
+        Output);
+    std::fprintf(Output, "%u, %u, %d, %d, %d, %d, %d, %d\n", memavail(), minor_memory, idle, minor_prime,
+                 branches, leaves, nodes, hits);
 }
 
 // Values go back to the free lists as soon as they are given up, so that nothing waits to be cleaned up.
-void clean_up(input_stream **, quolynode **, name_node **) {}
+void clean_up(input_stream **, quolynode **, name_node **)
+{
+}
 
 void count_gcd_stash(input_stream **stream, quolynode **result, name_node **cursor)
 {
@@ -155,7 +159,7 @@ void count_gcd_stash(input_stream **stream, quolynode **result, name_node **curs
     quoly_set(lookupgcd, result);
 }
 
-// Values ----------------------------------------------------------------------------------------------------
+// Values ------------------------------------------------------------------------------------------------
 
 void true_integer_value(input_stream **stream, quolynode **result, name_node **cursor)
 {
@@ -183,7 +187,7 @@ void read_value_literal(input_stream **stream, quolynode **result, name_node **c
     read_quoly_literal(stream, result, cursor);
 }
 
-// Listings ----------------------------------------------------------------------------------------------------
+// Listings ----------------------------------------------------------------------------------------------
 
 void list_functions_switch(input_stream **stream, quolynode **, name_node **cursor)
 {
@@ -207,9 +211,11 @@ void global_dump_switch(input_stream **, quolynode **, name_node **)
 }
 
 // A computation shows its work array only while it runs.
-void show_dup(input_stream **, quolynode **, name_node **) {}
+void show_dup(input_stream **, quolynode **, name_node **)
+{
+}
 
-// Polynomial variables ----------------------------------------------------------------------------------------
+// Polynomial variables ----------------------------------------------------------------------------------
 
 void attach_poly_switch(input_stream **stream, quolynode **, name_node **cursor)
 {

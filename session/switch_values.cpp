@@ -1,8 +1,8 @@
 // session/switch_values.cpp -- switches that hold a number or a text.
 //
 // Every question is one bracket: the terminal becomes the source, one expression is read there with true
-// integers, and what was in hand comes back. An answer that is no proper number is reported while its own tokens
-// are in hand. Texts of a question are always written, since somebody answered it.
+// integers, and what was in hand comes back. An answer that is no proper number is reported while its own
+// tokens are in hand. Texts of a question are always written, since somebody answered it.
 #include "session/switch_values.h"
 #include <cmath>
 #include "numbers/decimal.h"
@@ -19,7 +19,7 @@
 
 namespace kelmar {
 
-// Numbers and questions -----------------------------------------------------------------------------------
+// Numbers and questions ---------------------------------------------------------------------------------
 
 bool quoly_to_word(const quolynode *q, std::int32_t *v)
 {
@@ -78,7 +78,7 @@ void refuse_assign(const setting *)
     error(err_switch_not_settable, token.text);
 }
 
-// Cutoffs of polynomials ------------------------------------------------------------------------------------
+// Cutoffs of polynomials --------------------------------------------------------------------------------
 
 static constexpr std::int32_t smallest_poly_cutoff = 6;
 
@@ -115,7 +115,7 @@ void ask_karatsuba_cutoff(input_stream **, quolynode **result, name_node **)
     quoly_set(0, result);
 }
 
-// Auxiliary primes ------------------------------------------------------------------------------------------
+// Auxiliary primes --------------------------------------------------------------------------------------
 
 static constexpr std::int32_t first_factor_low = 300;
 static constexpr std::int32_t first_factor_high = 4587;  // accepted, though no more candidates are used
@@ -165,7 +165,7 @@ void assign_second_factor(const setting *s)
     if (s->talk) std::fprintf(Output, " second auxiliary prime search factor now %1d.\n", aux_num_2factor);
 }
 
-// Determinants ----------------------------------------------------------------------------------------------
+// Determinants ------------------------------------------------------------------------------------------
 
 static constexpr std::int32_t largest_minors = 40;  // rows of an ordinary array that minors can take
 
@@ -179,8 +179,7 @@ static void set_detcutoff(std::int32_t v, bool talk)
     }
     std::fprintf(Output, " Detcutoff now %1d.\n", detcutoff);
     if (detcutoff <= largest_minors) return;
-    std::fprintf(Output,
-                 " Note: This value for sparse arrays only. For ordinary arrays, max value is %1d.\n",
+    std::fprintf(Output, " Note: This value for sparse arrays only. For ordinary arrays, max value is %1d.\n",
                  largest_minors);
 }
 
@@ -258,7 +257,7 @@ void assign_pivot_heuristic(const setting *s)
     set_pivot_heuristic(s->v, s->talk, " Value entered is too large; will use 0.\n");
 }
 
-// Arrays ----------------------------------------------------------------------------------------------------
+// Arrays ------------------------------------------------------------------------------------------------
 
 // The value is the new index.
 void flip_first_index(input_stream **, quolynode **result, name_node **cursor)
@@ -278,7 +277,7 @@ void assign_first_index(const setting *s)
     if (s->talk) std::fprintf(Output, " Array initial index now %1d\n", addresser);
 }
 
-// Display ---------------------------------------------------------------------------------------------------
+// Display -----------------------------------------------------------------------------------------------
 
 static constexpr std::int32_t huge_disp_size = 999;  // groups; more draw a warning
 
@@ -316,7 +315,7 @@ void assign_columns(const setting *s)
     if (s->talk) std::fprintf(Output, " Columns to display is now: \n%d\n", dispcutoff);
 }
 
-// Interrupts ------------------------------------------------------------------------------------------------
+// Interrupts --------------------------------------------------------------------------------------------
 
 static void set_interrupt_level(std::int32_t level, bool talk)
 {
@@ -346,7 +345,7 @@ void assign_interrupt_level(const setting *s)
     }
 }
 
-// Random numbers --------------------------------------------------------------------------------------------
+// Random numbers ----------------------------------------------------------------------------------------
 
 static void set_random_denominator(const quolynode *value, bool talk)
 {
@@ -384,7 +383,7 @@ void assign_random_denominator(const setting *s)
     set_random_denominator(s->value, s->talk);
 }
 
-// The ground ring -------------------------------------------------------------------------------------------
+// The ground ring ---------------------------------------------------------------------------------------
 
 void change_ring(input_stream **, quolynode **, name_node **)
 {
@@ -397,12 +396,13 @@ void assign_ring(const setting *)
     error(!fixed && levelcount > 1 ? err_not_at_level : err_wrong_ring, token.text);
 }
 
-// Texts -----------------------------------------------------------------------------------------------------
+// Texts -------------------------------------------------------------------------------------------------
 
 static constexpr int longest_prompt = 10;
 static constexpr int answer_room = 256;
 
-// prompt = the text. A single blank stands for no prompt but a return, an empty text for a blank that asks nothing.
+// prompt = the text. A single blank stands for no prompt but a return, an empty text for a blank that asks
+// nothing.
 static void set_prompt(const char *text)
 {
     std::size_t length = std::strlen(text);

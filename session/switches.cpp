@@ -1,8 +1,8 @@
 // session/switches.cpp -- the table of switches, and the one routine that runs all those that are on or off.
 //
 // The rows of switches.def become one constant table. It is searched by letter in one of three columns; no
-// letter stands twice in a column, which the compiler checks. A handler leaves its last own token in hand. When
-// that ends the statement nothing more is scanned; otherwise the token behind the command is.
+// letter stands twice in a column, which the compiler checks. A handler leaves its last own token in hand.
+// When that ends the statement nothing more is scanned; otherwise the token behind the command is.
 #include "session/switches.h"
 #include "numbers/decimal.h"
 #include "session/errors.h"
@@ -19,7 +19,7 @@
 
 namespace kelmar {
 
-// Hooks of flags ------------------------------------------------------------------------------------------
+// Hooks of flags ----------------------------------------------------------------------------------------
 
 // For what would have no effect where numbers are words or doubles.
 static bool refuse_in_word_ring(std::int32_t)
@@ -47,7 +47,7 @@ static bool choose_laurent(std::int32_t negative_exponents)
     return change_laurent(negative_exponents);
 }
 
-// The table -----------------------------------------------------------------------------------------------
+// The table ---------------------------------------------------------------------------------------------
 
 static constexpr char none = 0;
 static constexpr const char *same = nullptr;
@@ -61,15 +61,31 @@ static constexpr switch_row flag_row(char plain, char under, char code, std::int
                                      const char *set_on, const char *set_off, const char *unchanged,
                                      const char *what)
 {
-    return {plain, under, code, flag_switch, talk, values, what, nullptr, global, hook, on, off,
-            set_on ? set_on : on, set_off ? set_off : off, unchanged, nullptr, nullptr, nullptr};
+    return {plain,
+            under,
+            code,
+            flag_switch,
+            talk,
+            values,
+            what,
+            nullptr,
+            global,
+            hook,
+            on,
+            off,
+            set_on ? set_on : on,
+            set_off ? set_off : off,
+            unchanged,
+            nullptr,
+            nullptr,
+            nullptr};
 }
 
 static constexpr switch_row other_row(char plain, char under, char code, switch_kind kind, bool values,
                                       switch_handler run, const char *what)
 {
-    return {plain, under, code, kind, true, values, what, run, nullptr, nullptr,
-            "", "", "", "", "", nullptr, nullptr, nullptr};
+    return {plain,   under, code, kind, true, values, what,    run,     nullptr,
+            nullptr, "",    "",   "",   "",   "",     nullptr, nullptr, nullptr};
 }
 
 static constexpr switch_row number_row(char plain, char under, char code, bool values, switch_handler ask,
@@ -80,8 +96,8 @@ static constexpr switch_row number_row(char plain, char under, char code, bool v
     return row;
 }
 
-static constexpr switch_row text_row(char plain, char under, char code, switch_handler run,
-                                     text_setter take, const char *what)
+static constexpr switch_row text_row(char plain, char under, char code, switch_handler run, text_setter take,
+                                     const char *what)
 {
     switch_row row = other_row(plain, under, code, text_switch, any, run, what);
     row.take = take;
@@ -97,14 +113,14 @@ static constexpr switch_row tail_row(char plain, char under, char code, switch_h
 }
 
 static constexpr switch_row rows[] = {
-#define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged, what) \
+#define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged,     \
+                    what)                                                                                    \
     flag_row(plain, under, code, &global, talk, values, hook, on, off, set_on, set_off, unchanged, what),
-#define KELMAR_NUMBER(plain, under, code, values, ask, assign, what) \
+#define KELMAR_NUMBER(plain, under, code, values, ask, assign, what)                                         \
     number_row(plain, under, code, values, ask, assign, what),
 #define KELMAR_TEXT(plain, under, code, run, take, what) text_row(plain, under, code, run, take, what),
 #define KELMAR_TAIL(plain, under, code, run, read, what) tail_row(plain, under, code, run, read, what),
-#define KELMAR_COMMAND(plain, under, run, what) \
-    other_row(plain, under, none, command_switch, any, run, what),
+#define KELMAR_COMMAND(plain, under, run, what) other_row(plain, under, none, command_switch, any, run, what),
 #include "session/switches.def"
 #undef KELMAR_FLAG
 #undef KELMAR_NUMBER
@@ -173,7 +189,7 @@ const switch_row *all_switches(int *count)
     return rows;
 }
 
-// Flags -----------------------------------------------------------------------------------------------------
+// Flags -------------------------------------------------------------------------------------------------
 
 // Put the flag in that state. Declines (0) when its hook refuses.
 static bool change_flag(const switch_row *row, std::int32_t state)
@@ -197,7 +213,8 @@ void tell_unchanged(const char *ending)
 void set_flag(const switch_row *row, std::int32_t v)
 {
     const std::int32_t state = v == 1;
-    if (row->hook == refuse_in_word_ring && !refuse_in_word_ring(state)) return;  // also where it is in that state
+    // A switch that is refused is refused also where it has that state already.
+    if (row->hook == refuse_in_word_ring && !refuse_in_word_ring(state)) return;
     if (*row->global == state) {
         tell_unchanged(row->unchanged);
     } else if (change_flag(row, state)) {
@@ -205,7 +222,7 @@ void set_flag(const switch_row *row, std::int32_t v)
     }
 }
 
-// Statements --------------------------------------------------------------------------------------------------
+// Statements --------------------------------------------------------------------------------------------
 
 // The row of the command behind & ; null after error 17 or 114.
 static const switch_row *scan_letter(input_stream **stream, name_node **cursor)

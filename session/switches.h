@@ -59,8 +59,8 @@ void set_flag(const switch_row *row, std::int32_t v);
 // Write that &(x = v) had nothing to do.
 void tell_unchanged(const char *ending);
 
-// Run the command behind the & in hand, and scan the token behind it, unless the command has read up to the end of
-// the statement. *result replaced with its value. Errors: 17 114 and those of the command.
+// Run the command behind the & in hand, and scan the token behind it, unless the command has read up to the
+// end of the statement. *result replaced with its value. Errors: 17 114 and those of the command.
 void switch_statement(input_stream **stream, quolynode **result, name_node **cursor);
 
 }  // namespace kelmar

@@ -4,6 +4,7 @@
 // (in brackets) or is stored (in a block), and whether "." ends a definition or is a decimal point. Words that are
 // keywords only in the head of a loop are told from names by whether an operand has just ended.
 #include "session/token_list.h"
+#include "numbers/decimal.h"  // continuation
 #include "session/builtins.h"
 #include "session/errors.h"
 #include "session/names.h"

@@ -4,6 +4,7 @@
 // that the abandoned evaluators own go back to their free lists. Nothing on the frames in between has a
 // destructor.
 #include "session/unwind.h"
+#include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/func_records.h"
 #include "session/levels.h"
@@ -30,6 +31,7 @@ void set_abandon_point(abandon_point *here)
     here->borrowed_mark = borrowed;
     here->pending_mark = pending_top;
     here->calls_mark = newest_call;
+    here->definitions_mark = func_def_count;
     here->outer = abandon_to;
     abandon_to = here;
 }
@@ -74,6 +76,7 @@ void abandon_statement()
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);
     borrowed = abandon_to->borrowed_mark;
+    func_def_count = abandon_to->definitions_mark;
     siglongjmp(abandon_to->buf, 1);
 }
 

@@ -19,11 +19,12 @@ struct call_frame;
 // Where a statement that cannot go on is abandoned with value 0, and the next one runs.
 struct abandon_point {
     sigjmp_buf buf;
-    int owned_mark;        // slots announced when the point was set
-    int borrowed_mark;     // operands borrowed then
-    pending *pending_mark;  // what was being read, and the call that ran, then
+    int owned_mark;          // slots announced when the point was set
+    int borrowed_mark;       // operands borrowed then
+    pending *pending_mark;   // what was being read, and the call that ran, then
     call_frame *calls_mark;
-    abandon_point *outer;  // the point in force before
+    int definitions_mark;    // definitions in progress then
+    abandon_point *outer;    // the point in force before
 };
 
 // default null; the innermost abandon point; statement loops and function bodies; reset: unwind

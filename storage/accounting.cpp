@@ -145,8 +145,9 @@ static std::int64_t report_row(std::FILE *out, record_row row, char letter)
 void garbage(std::FILE *out, char letter)
 {
     std::int64_t total = 0;
-    for (int row = 0; row < record_rows; ++row)
+    for (int row = 0; row < record_rows; ++row) {
         total += report_row(out, static_cast<record_row>(row), letter);
+    }
 
     const std::int64_t arrays = count_work_arrays ? count_work_arrays() : 0;
     std::fprintf(out, "work arrays: %5d, %d\n", static_cast<int>(arrays), static_cast<int>(work_array_size));

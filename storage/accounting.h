@@ -4,8 +4,8 @@
 // All figures are made of the nominal record sizes (storage/sizes.h). The measures of idle records walk the
 // free lists; the ones with a limit stop early, because a list can hold tens of millions of records.
 //
-// This is the one module of the folder, with its neighbours here, that looks up at the records whose storage
-// it counts. Kinds of records that live in higher folders register a count of their own in record_kinds.
+// Accounting looks up at the records that it measures, so its bodies include headers of higher folders;
+// nothing else in this folder may. Modules above the numbers register their free lists in record_kinds.
 
 #include <cstdint>
 #include <cstdio>
@@ -27,8 +27,8 @@ inline std::int64_t initial_memory = 0;
 // default 0; bytes; a fifth of it; start and the start-up file; reset: never
 inline std::int64_t virtual_cut = 0;
 
-// Return the bytes not yet taken by the five stashes: a low-water mark, since slugs do not come back. 0 as soon
-// as the running sum reaches totalavailablememory. What the memory triggers compare.
+// Return the bytes not yet taken by the five stashes: a low-water mark, since slugs do not come back. 0 as
+// soon as the running sum reaches totalavailablememory. What the memory triggers compare.
 std::int64_t memory_left();
 
 // Return memory_left cut to 32 bits: what is shown.
@@ -71,9 +71,10 @@ struct record_kind {
     std::int32_t shown;    // the size that the row shows
     std::int32_t nominal;  // the size that is multiplied
     std::int32_t always;   // the row is printed for an empty list too
-    std::int64_t (*count)(
-        std::int64_t limit);       // records on the free list, at most limit + 1; null: no module
-    void (*list)(std::FILE *out);  // write the entries, a line each; null: not for this kind
+    // Return the records on the free list, but at most limit + 1. Null: the module is not there.
+    std::int64_t (*count)(std::int64_t limit);
+    // Write the entries of the free list, a line each. Null: not for this kind.
+    void (*list)(std::FILE *out);
 };
 
 // Modules of higher folders fill in `count`, and `list`, of their rows when the program starts.

@@ -2,7 +2,7 @@
 // storage/low_memory.h -- the answer to a heap that is used up.
 //
 // The one thing that can be given up in the middle of a computation is the stash of known gcds. While a gcd
-// runs, an entry of the stash may be waiting for its answer, so that the stash must stay, and the command goes.
+// runs, an entry of the stash may be waiting for its answer, so the stash must stay, and the command goes.
 
 #include <cstdint>
 

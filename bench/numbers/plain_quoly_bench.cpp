@@ -1,8 +1,8 @@
-// bench/numbers/plain_quoly_bench.cpp -- plain numbers in the views of a session: arithmetic in place, literals
-// in, text out.
+// bench/numbers/plain_quoly_bench.cpp -- plain numbers in the views of a session: arithmetic in place,
+// literals in, text out.
 //
-// Arithmetic is one dependent chain on one record, so the time of a step is its latency. The label is a checksum
-// of the results, the same on every machine.
+// Arithmetic is one dependent chain on one record, so the time of a step is its latency. The label is a
+// checksum of the results, the same on every machine.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <string>

@@ -1,7 +1,7 @@
 // Time to fill the tables of the number layer from the nine start-up files.
 //
-// "First" is one load in a fresh process, pages not yet touched; it is what a session waits for before its first
-// prompt. "Again" is the steady state. The checksum tells that the tables are the right ones.
+// "First" is one load in a fresh process, pages not yet touched; it is what a session waits for before its
+// first prompt. "Again" is the steady state. The checksum tells that the tables are the right ones.
 #include "numbers/startup.h"
 #include <benchmark/benchmark.h>
 #include <sys/wait.h>

@@ -12,8 +12,8 @@ namespace kelmar_test {
 
 inline const std::string data_directory = std::string(KELMAR_SOURCE_DIR) + "/BACKWARD/";
 
-inline constexpr const char *data_file_names[] = {"chdat",     "Qerrs",   "pow228", "pprods", "primelist",
-                                                  "bprimes",   "f256d",   "f2t16d", "lrgpmes"};
+inline constexpr const char *data_file_names[] = {"chdat",   "Qerrs", "pow228", "pprods", "primelist",
+                                                  "bprimes", "f256d", "f2t16d", "lrgpmes"};
 
 // An empty directory that is removed with all that is in it.
 struct scratch_directory {
@@ -24,7 +24,10 @@ struct scratch_directory {
         if (!mkdtemp(name.data())) ADD_FAILURE() << "no scratch directory";
         path = name + "/";
     }
-    ~scratch_directory() { std::filesystem::remove_all(path); }
+    ~scratch_directory()
+    {
+        std::filesystem::remove_all(path);
+    }
     scratch_directory(const scratch_directory &) = delete;
     scratch_directory &operator=(const scratch_directory &) = delete;
 };

@@ -3,18 +3,38 @@
 
 #include "numbers/fields.h"
 #include "numbers/mode.h"
+#include "tests/support/catch_error.h"
 
 namespace kelmar_test {
 
-// The view is live until the end of the block; then the flags are as before. `m` is the modulus of the modular
-// view. The tables of the field of 2^16 elements must be loaded before its products are asked for.
+inline constexpr int view_flags = 11;
+inline std::int32_t *const view_flag[view_flags] = {
+    &kelmar::flotemode, &kelmar::modularmode,  &kelmar::lintmode,     &kelmar::integerflag,
+    &kelmar::modulus,   &kelmar::half_modulus, &kelmar::smallmodulus, &kelmar::mod_is_prime,
+    &kelmar::finf,      &kelmar::f256,         &kelmar::f2t16};
+
+// At the end of the block the view is what it was at the start.
+struct kept_view {
+    std::int32_t saved[view_flags];
+
+    kept_view()
+    {
+        for (int k = 0; k < view_flags; ++k) saved[k] = *view_flag[k];
+    }
+    kept_view(const kept_view &) = delete;
+    kept_view &operator=(const kept_view &) = delete;
+    ~kept_view()
+    {
+        for (int k = 0; k < view_flags; ++k) *view_flag[k] = saved[k];
+    }
+};
+
+// The view is live until the end of the block; then the flags are as before. `m` is the modulus of the
+// modular view; the field is that of 2^8 elements.
 struct in_view {
-    std::int32_t saved[11];
+    kept_view kept;
 
     explicit in_view(kelmar::num_view view, std::int32_t m = 101)
-        : saved{kelmar::flotemode, kelmar::modularmode,  kelmar::lintmode,     kelmar::integerflag,
-                kelmar::modulus,   kelmar::half_modulus, kelmar::smallmodulus, kelmar::mod_is_prime,
-                kelmar::finf,      kelmar::f256,         kelmar::f2t16}
     {
         using namespace kelmar;
         flotemode = view == view_float;
@@ -28,17 +48,13 @@ struct in_view {
         smallmodulus = modulus < 65535;
         mod_is_prime = finf;
     }
-    in_view(const in_view &) = delete;
-    in_view &operator=(const in_view &) = delete;
-
-    ~in_view()
-    {
-        using namespace kelmar;
-        std::int32_t *const flags[11] = {&flotemode, &modularmode,  &lintmode,     &integerflag,
-                                         &modulus,   &half_modulus, &smallmodulus, &mod_is_prime,
-                                         &finf,      &f256,         &f2t16};
-        for (int k = 0; k < 11; ++k) *flags[k] = saved[k];
-    }
 };
+
+// caught_error, with the view put back that an unwinding error leaves.
+template <class F> int error_in_view(F f)
+{
+    const kept_view kept;
+    return caught_error(f);
+}
 
 }  // namespace kelmar_test

@@ -36,7 +36,8 @@ void check_digit_factorials()
     r.size = 0;
     mpz_t z;
     mpz_init(z);
-    for (std::int32_t n : {0, 1, 2, 9, 10, 11, 19, 20, 21, 34, 99, 100, 170, 209, 210, 211, 215, 216, 1000, 5000}) {
+    for (std::int32_t n :
+         {0, 1, 2, 9, 10, 11, 19, 20, 21, 34, 99, 100, 170, 209, 210, 211, 215, 216, 1000, 5000}) {
         factorial(n, &r);
         mpz_fac_ui(z, static_cast<unsigned>(n));
         expect_value(&r, z, std::to_string(n) + "!");
@@ -274,7 +275,8 @@ TEST(LintBinom, IsTheBinomialModulo2To32)
         for (unsigned k = 0; k <= n; ++k) {
             lint_binom(static_cast<std::int32_t>(n), static_cast<std::int32_t>(k), &r);
             mpz_bin_uiui(z, n, k);
-            ASSERT_EQ(static_cast<std::uint32_t>(r.word), static_cast<std::uint32_t>(mpz_get_ui(z))) << n << " " << k;
+            ASSERT_EQ(static_cast<std::uint32_t>(r.word), static_cast<std::uint32_t>(mpz_get_ui(z)))
+                << n << " " << k;
         }
     }
     mpz_clear(z);

@@ -22,7 +22,10 @@ struct text_number {
         n.size = 0;
         number_from_text(text, &n);
     }
-    ~text_number() { special_free(&n); }
+    ~text_number()
+    {
+        special_free(&n);
+    }
 };
 
 // The word that change_num gives, and what it writes.
@@ -62,8 +65,8 @@ TEST(ChangeNum, AgreesWithGmpForModuliOfEverySize)
     SCOPED_TRACE("seed " + std::to_string(random.seed));
     mpz_t z;
     mpz_init(z);
-    for (std::int32_t m : {2, 3, 101, 42359, 65521, 65534, 65535, 65536, 65537, 268435399, 268435456, 2147483629,
-                           2147483646}) {
+    for (std::int32_t m : {2, 3, 101, 42359, 65521, 65534, 65535, 65536, 65537, 268435399, 268435456,
+                           2147483629, 2147483646}) {
         in_view modular(view_modular, m);
         for (int round = 0; round < 3000; ++round) {
             biased_mpz(&random, 1 + static_cast<std::int32_t>(random.below(20)), true, z);

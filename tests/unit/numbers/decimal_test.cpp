@@ -9,7 +9,6 @@
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
 #include "session/report.h"
-#include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 

@@ -7,7 +7,6 @@
 #include "numbers/dispatch.h"
 #include "session/levels.h"
 #include "session/report.h"
-#include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -163,7 +162,7 @@ TEST(Records, ARunningSumTakesNoRecord)
 }
 #endif
 
-// Sign and questions -----------------------------------------------------------------------------------------
+// Sign and questions ------------------------------------------------------------------------------------
 
 TEST(Sign, NegationInEveryView)
 {
@@ -222,13 +221,13 @@ TEST(Sign, AbsoluteValueAndGreatestInteger)
     }
     const in_view view(view_word);
     quolynode *q = made(-4);
-    EXPECT_EQ(caught_error([&] { quoly_great_int(&q); }), err_wrong_ring);
+    EXPECT_EQ(error_in_view([&] { quoly_great_int(&q); }), err_wrong_ring);
     quoly_abs(&q);
     EXPECT_TRUE(is_value(q, 4));
     free_quoly(&q);
 }
 
-// Flavours ------------------------------------------------------------------------------------------------
+// Flavours ----------------------------------------------------------------------------------------------
 
 // Random operands of the live view; a divisor is nonzero, and in the digit view it divides.
 void random_pair(test_random *random, quolynode **a, quolynode **b)
@@ -358,14 +357,14 @@ TEST(Operations, LongQuotientsAreExactOrAnError)
     number_from_text("-1000000000000000000000000000000", &n);
     quolynode *a = nullptr, *b = made(1000), *c = nullptr;
     scalar_to_quoly(&n, &a);
-    EXPECT_EQ(caught_error([&] { quoly_quot(a, b, 0, &c); }), 0);
+    EXPECT_EQ(error_in_view([&] { quoly_quot(a, b, 0, &c); }), 0);
     number wanted;
     number_from_text("-1000000000000000000000000000", &wanted);
     EXPECT_TRUE(equal(c->num, &wanted));
     EXPECT_TRUE(chain_is_normal(c->num, digit_base));
     special_free(&wanted);
     quoly_set(7, &b);
-    EXPECT_EQ(caught_error([&] { quoly_quot(a, b, 0, &c); }), err_wrong_ring);
+    EXPECT_EQ(error_in_view([&] { quoly_quot(a, b, 0, &c); }), err_wrong_ring);
     for (quolynode **q : {&a, &b, &c}) free_quoly(q);
     audit.expect_unchanged("exact quotient");
 }
@@ -389,7 +388,7 @@ TEST(WholeDivision, QuotientAndRemainder)
     }
 }
 
-// Zero divisors -----------------------------------------------------------------------------------------------
+// Zero divisors -----------------------------------------------------------------------------------------
 
 TEST(ZeroDivisor, IsAnErrorAndTheOperandsStay)
 {
@@ -397,10 +396,10 @@ TEST(ZeroDivisor, IsAnErrorAndTheOperandsStay)
         const in_view view(v);
         const record_audit audit;
         quolynode *a = made(5), *zero = made(0), *c = made(3), *none = nullptr;
-        EXPECT_EQ(caught_error([&] { quoly_quot(a, zero, 0, &c); }), err_zero_divisor) << v;
-        EXPECT_EQ(caught_error([&] { fast_quoly_quot(&a, zero, 0); }), err_zero_divisor) << v;
-        EXPECT_EQ(caught_error([&] { quoly_mod_or_div(a, zero, &c, '|'); }), err_zero_divisor) << v;
-        EXPECT_EQ(caught_error([&] { quoly_quot(a, zero, 0, &none); }), err_zero_divisor) << v;
+        EXPECT_EQ(error_in_view([&] { quoly_quot(a, zero, 0, &c); }), err_zero_divisor) << v;
+        EXPECT_EQ(error_in_view([&] { fast_quoly_quot(&a, zero, 0); }), err_zero_divisor) << v;
+        EXPECT_EQ(error_in_view([&] { quoly_mod_or_div(a, zero, &c, '|'); }), err_zero_divisor) << v;
+        EXPECT_EQ(error_in_view([&] { quoly_quot(a, zero, 0, &none); }), err_zero_divisor) << v;
         EXPECT_TRUE(is_value(a, 5));
         EXPECT_TRUE(is_value(c, 3));
         EXPECT_EQ(none, nullptr);
@@ -417,7 +416,7 @@ TEST(ZeroDivisor, GivesOneWhereTheErrorComesBack)
         quolynode *a = made(5), *zero = made(0), *c = nullptr, *d = nullptr;
         {
             const level_two level;
-            EXPECT_EQ(caught_error([&] {
+            EXPECT_EQ(error_in_view([&] {
                           quoly_quot(a, zero, 0, &c);
                           quoly_mod_or_div(a, zero, &d, '\\');
                           fast_quoly_quot(&a, zero, 0);
@@ -439,7 +438,7 @@ TEST(ZeroDivisor, OfNumbersGivesOneForDigitsAndElseTheDividend)
         quolynode *a = made(5), *zero = made(0), *c = made(3);
         {
             const level_two level;
-            EXPECT_EQ(caught_error([&] { quot(a->num, zero->num, c->num); }), 0);
+            EXPECT_EQ(error_in_view([&] { quot(a->num, zero->num, c->num); }), 0);
         }
         EXPECT_TRUE(is_value(c, v == view_digits || v == view_small ? 1 : 5)) << v;
         for (quolynode **q : {&a, &zero, &c}) free_quoly(q);

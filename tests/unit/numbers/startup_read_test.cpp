@@ -22,7 +22,10 @@ struct opened_bytes {
         write_bytes(directory.path + "bytes", bytes);
         EXPECT_EQ(open_data_file(directory.path.c_str(), "bytes", &file), 1);
     }
-    ~opened_bytes() { close_data_file(&file); }
+    ~opened_bytes()
+    {
+        close_data_file(&file);
+    }
 };
 
 // The word that stands in `text`, or the text "declined".

@@ -247,7 +247,7 @@ TEST(Startup, InterpolationDataAreReadFromTheirBeginning)
     number n;
     n.size = 0;
     std::int32_t degree;
-    EXPECT_EQ(direct_number_read(&n), 1);  // 2 - x: the denominator, the degree, the coefficients from the top
+    EXPECT_EQ(direct_number_read(&n), 1);  // of 2 - x: denominator, degree, coefficients
     EXPECT_TRUE(is_longint(&n, 1));
     EXPECT_EQ(read_word(&chdat, 0, 37, &degree), 1);
     EXPECT_EQ(degree, 1);
@@ -279,7 +279,7 @@ TEST(Startup, ConstantsHoldInEveryView)
     const struct {
         const number *n;
         double value;
-    } constants[] = {{&number_0, 0},  {&number_1, 1},      {&number_2, 2},     {&number_m1, -1},
+    } constants[] = {{&number_0, 0},   {&number_1, 1},     {&number_2, 2},   {&number_m1, -1},
                      {&number_10, 10}, {&num_2_14, 16384}, {&tens_base, 1e8}};
     for (const auto &c : constants) {
         EXPECT_EQ(c.n->real, c.value);
@@ -289,7 +289,8 @@ TEST(Startup, ConstantsHoldInEveryView)
     }
     EXPECT_TRUE(chain_is_normal(&two_tensbase, digit_base));
     EXPECT_EQ(two_tensbase.real, 1e16);
-    EXPECT_EQ(std::int64_t{two_tensbase.head->digit} * digit_base + two_tensbase.tail->digit, 10000000000000000);
+    EXPECT_EQ(std::int64_t{two_tensbase.head->digit} * digit_base + two_tensbase.tail->digit,
+              10000000000000000);
     EXPECT_EQ(static_cast<std::uint32_t>(two_tensbase.word), 10000000000000000u % (std::uint64_t{1} << 32));
     load_all();
     EXPECT_TRUE(is_longint(&rand_denom_n, 1));
@@ -404,12 +405,11 @@ TEST(StartupDamage, EveryMissingFileIsReportedAndItsTablesAreZero)
 {
     scratch_directory directory;
     const std::string report = output_of([&] { initialize(directory.path.c_str()); });
-    EXPECT_EQ(report,
-              "*** Kelmar error. can't find chdat.\n*** Kelmar error. can't find Qerrs\n"
-              "*** Kelmar error. can't find pow228.\n*** Kelmar error. can't find pprods\n"
-              "*** Kelmar error. can't find primelist\n*** Kelmar error. can't find bprimes\n"
-              "*** Kelmar error. can't find f256d\n*** Kelmar error. can't find f2t16d\n"
-              "*** Kelmar error. can't find lrgpmes\n");
+    EXPECT_EQ(report, "*** Kelmar error. can't find chdat.\n*** Kelmar error. can't find Qerrs\n"
+                      "*** Kelmar error. can't find pow228.\n*** Kelmar error. can't find pprods\n"
+                      "*** Kelmar error. can't find primelist\n*** Kelmar error. can't find bprimes\n"
+                      "*** Kelmar error. can't find f256d\n*** Kelmar error. can't find f2t16d\n"
+                      "*** Kelmar error. can't find lrgpmes\n");
     expect_safe_tables();
     EXPECT_EQ(numbuiltins, -1);
     EXPECT_STREQ(builtin[0].name, "b");
@@ -444,14 +444,11 @@ TEST(StartupDamage, AMissingDirectoryIsNineMissingFiles)
 
 TEST(StartupDamage, AFileCutShortIsNamed)
 {
-    static const char *const tells_cut[][2] = {{"Qerrs", "number builtins is wrong."},
-                                               {"pow228", "pow228 file is damaged."},
-                                               {"pprods", "error in pprods, last num_prod."},
-                                               {"primelist", "primelist file is damaged, medium."},
-                                               {"bprimes", "bprimes file is damaged."},
-                                               {"f256d", "f256d file is damaged 3."},
-                                               {"f2t16d", "f2t16d file is damaged 4."},
-                                               {"lrgpmes", "lrgpmes file is damaged."}};
+    static const char *const tells_cut[][2] = {
+        {"Qerrs", "number builtins is wrong."},        {"pow228", "pow228 file is damaged."},
+        {"pprods", "error in pprods, last num_prod."}, {"primelist", "primelist file is damaged, medium."},
+        {"bprimes", "bprimes file is damaged."},       {"f256d", "f256d file is damaged 3."},
+        {"f2t16d", "f2t16d file is damaged 4."},       {"lrgpmes", "lrgpmes file is damaged."}};
     for (const auto &row : tells_cut) {
         const std::string bytes = bytes_of(data_directory + row[0]);
         for (std::size_t part = 0; part < 20; ++part) {
@@ -488,11 +485,13 @@ TEST(StartupDamage, EachCheckOfF2t16dNamesItsTable)
     std::size_t at = 0;
     const char *const parts[] = {"2.", "3.", "4."};
     for (int table = 0; table < 3; ++table) {
-        for (int words = table == 0 ? 65536 : 65535; words > 0; --words) at = bytes.find_first_of(" \n", at + 1);
+        for (int words = table == 0 ? 65536 : 65535; words > 0; --words)
+            at = bytes.find_first_of(" \n", at + 1);
         const std::string report = start_with("f2t16d", bytes.substr(0, at));
         for (int later = 0; later < 3; ++later) {
             EXPECT_EQ(tells(report, std::string("f2t16d file is damaged ") + parts[later]), later >= table)
-                << table << "\n" << report;
+                << table << "\n"
+                << report;
         }
         EXPECT_FALSE(tells(report, "f2t16d file is damaged 1."));
     }
@@ -517,7 +516,8 @@ TEST(StartupDamage, FlippedBytesNeverLeaveATable)
             std::string spoiled = bytes;
             const int count = flip % 3 == 0 ? 1 : 20;
             for (int k = 0; k < count; ++k) {
-                const std::size_t at = visible_from(bytes, static_cast<std::size_t>(random.below(bytes.size())));
+                const std::size_t at = visible_from(bytes,
+                                                    static_cast<std::size_t>(random.below(bytes.size())));
                 spoiled[at] = static_cast<char>(random.below(2) ? random.below(256) : '0' + random.below(10));
             }
             start_with(name, spoiled);
@@ -589,7 +589,8 @@ TEST(StartupDamage, ReloadingReleasesEveryOldNumber)
     EXPECT_EQ(live_numnodes(), nodes);
 }
 
-// The count of built-ins --------------------------------------------------------------------------------------
+// The count of built-ins
+// --------------------------------------------------------------------------------------
 
 namespace {
 

@@ -57,7 +57,7 @@ std::string report(char letter)
 
 constexpr std::int64_t no_limit = INT64_MAX - 1;
 
-// Sizes of values -----------------------------------------------------------------------------------------
+// Sizes of values ---------------------------------------------------------------------------------------
 
 TEST(Size, OfNumbersCountsDigitsInTheDigitViewOnly)
 {
@@ -90,7 +90,7 @@ TEST(Size, OfTheGcdStash)
     EXPECT_EQ(mass_gcd_stash(), before);
 }
 
-// Idle records ----------------------------------------------------------------------------------------------
+// Idle records ------------------------------------------------------------------------------------------
 
 TEST(CountList, StopsOneBehindTheLimit)
 {
@@ -150,7 +150,7 @@ TEST(GarbSize, MoreThanSixtyThousandDigitsCountAs480008Bytes)
     std::free(chain);
 }
 
-// The memory budget -----------------------------------------------------------------------------------------
+// The memory budget -------------------------------------------------------------------------------------
 
 std::int64_t used_bytes()
 {
@@ -218,7 +218,7 @@ TEST(MemAvail, BudgetsBelowTenBytesAreSet)
     EXPECT_EQ(totalavailablememory, 10);
 }
 
-// The report --------------------------------------------------------------------------------------------------
+// The report --------------------------------------------------------------------------------------------
 
 TEST(Garbage, EmptyListsOfNamesAreLeftOut)
 {

@@ -1,0 +1,471 @@
+// session/int_expr.cpp -- the evaluator on machine integers.
+//
+// An operand is a word, with the slot it came from when that can be assigned to. Names and digits, which make up
+// nearly all of an index, are read here; whatever else can be a factor is left to the evaluator of values, and its
+// value must then be a whole number.
+#include "session/int_expr.h"
+#include <cmath>
+#include "numbers/dispatch.h"
+#include "numbers/word_mod.h"
+#include "session/arr_statement.h"
+#include "session/builtins.h"
+#include "session/evaluator.h"
+#include "session/expr.h"
+#include "session/factor.h"
+#include "session/literal.h"
+#include "session/loops.h"
+#include "session/names.h"
+#include "session/owned.h"
+#include "session/pset.h"
+#include "session/report.h"
+
+namespace kelmar {
+
+struct word_operand {
+    std::int32_t word;
+    quolynode **slot;  // where it stands, when it can be assigned to
+};
+
+// Values and words --------------------------------------------------------------------------------------
+
+static constexpr double word_limit = 2147483648.0;
+static constexpr double counts_as_whole = 1e-9;  // relative distance to a whole number
+
+static int float_to_word(double v, std::int32_t *word)
+{
+    const double near = std::nearbyint(v);
+    const double size = std::fabs(v) > 1.0 ? std::fabs(v) : 1.0;
+    const double whole = std::fabs(v - near) <= counts_as_whole * size ? near : std::trunc(v);
+    if (!(std::fabs(whole) < word_limit)) return 0;
+    *word = static_cast<std::int32_t>(whole);
+    return 1;
+}
+
+static std::int32_t digits_to_word(const number *n)
+{
+    std::uint32_t word = 0;
+    const numnode *digit = n->head;
+    for (std::int32_t i = 0; i < n->size; ++i, digit = digit->next) {
+        word = (word << digit_bits) + static_cast<std::uint32_t>(digit->digit);
+    }
+    return static_cast<std::int32_t>(word);
+}
+
+int value_to_word(const quolynode *value, std::int32_t *word)
+{
+    *word = 0;
+    if (!value->is_num) return 0;
+    switch (live_view()) {
+    case view_float: return float_to_word(value->num->real, word);
+    case view_field:
+    case view_modular:
+    case view_word: *word = value->num->word; return 1;
+    case view_small:
+    case view_digits: *word = digits_to_word(value->num); return 1;
+    }
+    __builtin_unreachable();
+}
+
+static inline std::int32_t wrap(std::int64_t v)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(v));
+}
+
+std::int32_t add_words(std::int32_t a, std::int32_t b)
+{
+    return modularmode ? mod_add(a, b, modulus) : wrap(std::int64_t{a} + b);
+}
+
+static std::int32_t subtract_words(std::int32_t a, std::int32_t b)
+{
+    return modularmode ? mod_sub(a, b, modulus) : wrap(std::int64_t{a} - b);
+}
+
+std::int32_t multiply_words(std::int32_t a, std::int32_t b)
+{
+    return modularmode ? modmult(a, b) : wrap(std::int64_t{a} * b);
+}
+
+// a / b, a \ b, a | b. Errors: 68 for b = 0; the result is then 0.
+static std::int32_t divide_words(std::int32_t a, std::int32_t b, char op)
+{
+    if (b == 0) {
+        error(err_need_integer_value, token.text);
+        return 0;
+    }
+    if (op != '|') return wrap(std::int64_t{a} / b);
+    const std::int64_t rest = std::int64_t{a} % b;
+    return wrap(rest < 0 && pos_mod ? rest + (b < 0 ? -std::int64_t{b} : b) : rest);
+}
+
+static std::int32_t negate_word(std::int32_t a)
+{
+    if (!modularmode) return wrap(-std::int64_t{a});
+    if (finf || a == 0) return a;
+    return modulus - a;
+}
+
+// Factors -----------------------------------------------------------------------------------------------
+
+static void ifact(input_stream **stream, word_operand *v, name_node **cursor);
+
+static void take_value(const quolynode *value, word_operand *v)
+{
+    if (!value_to_word(value, &v->word)) error(err_not_a_number, token.text);
+}
+
+static void read_stored(word_operand *v, quolynode **slot)
+{
+    v->slot = slot;
+    take_value(*slot, v);
+}
+
+// The variable of that name; one that is followed by ":" is created with the value 0.
+static void iretrieve(token_rec *name, word_operand *v)
+{
+    if (var_node *record = find_var(name)) {
+        if (is_array_mark(record->value)) {
+            error(err_not_a_number, name->text);
+        } else {
+            read_stored(v, &record->value);
+        }
+    } else if (token.text[0] == ':') {
+        quolynode *zero = nullptr;
+        quoly_set(0, &zero);
+        insert_var(name, &zero, &record);
+        v->slot = &record->value;
+    } else {
+        error(err_undefined, name->text);
+    }
+}
+
+static void iread_name(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    token_rec name = token;
+    scanner(stream, &token, cursor);
+    if (token.text[0] != '[') {
+        iretrieve(&name, v);
+        return;
+    }
+    quolynode **slot = nullptr;
+    new_arretrieve(stream, &name, &slot, cursor);
+    if (slot) read_stored(v, slot);
+}
+
+// The digits in hand. Where numbers are floats a literal that fits no word is an error, elsewhere it wraps.
+static void iread_digits(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    if (modularmode) {
+        quolynode *value = nullptr;
+        std::int32_t ndigits;
+        quoly_set(0, &value);
+        new_readin(stream, value->num, cursor, &ndigits);
+        v->word = value->num->word;
+        free_quoly(&value);
+        return;
+    }
+    std::uint32_t word = 0;
+    bool fits = true;
+    do {
+        fits = fits && word <= (0x7FFFFFFFu - 9) / 10;
+        word = word * 10 + static_cast<std::uint32_t>(token.text[0] - '0');
+        scanner(stream, &token, cursor);
+    } while (is_digit(token.text[0]));
+    v->word = static_cast<std::int32_t>(word);
+    if (flotemode && !fits) error(err_not_an_integer, token.text);
+}
+
+// A factor of any other kind, by the evaluator of values.
+static void iread_value(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    quolynode *value = nullptr;
+    own(&value);
+    old_fact(stream, &value, cursor);
+    disown();
+    if (!value->is_num) {
+        error(err_not_a_number, token.text);
+    } else if (!value_to_word(value, &v->word) || (flotemode && value->num->real != v->word)) {
+        error(err_not_an_integer, token.text);
+    }
+    free_quoly(&value);
+}
+
+static void iread_negated(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    ifact(stream, v, cursor);
+    v->word = negate_word(v->word);
+    v->slot = nullptr;
+}
+
+static void iread_bracketed(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    old_iexpre(stream, &v->word, cursor);
+    if (token.text[0] != ')') {
+        error(err_need_close_paren, token.text);
+        return;
+    }
+    scanner(stream, &token, cursor);
+}
+
+static void iread_absolute(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    ifact(stream, v, cursor);
+    v->slot = nullptr;
+    if (v->word < 0) v->word = negate_word(v->word);
+    if (token.text[0] != '|') {
+        error(err_need_close_bar, token.text);
+        return;
+    }
+    scanner(stream, &token, cursor);
+}
+
+// `_` is in hand, and numbers are no floats: a factor outside the ring of the modulus.
+static void iread_true_integer(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    std::int32_t saved;
+    scanner(stream, &token, cursor);
+    check_modular(&saved);
+    ifact(stream, v, cursor);
+    restore_modular(&saved);
+}
+
+// Sums and products over a range stay machine integers.
+static void iread_upper(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    if (token_is(&token, "Sigma") || token_is(&token, "Prod")) {
+        const bool product = token_is(&token, "Prod");
+        scanner(stream, &token, cursor);
+        isum_mult_up(stream, product, &v->word, cursor);
+    } else {
+        iread_value(stream, v, cursor);
+    }
+}
+
+// Postfix forms -----------------------------------------------------------------------------------------
+
+static std::int32_t inumber_power(std::int32_t base, std::int32_t e)
+{
+    std::int32_t power = 1;
+    for (; e > 0; e >>= 1) {
+        if (e & 1) power = multiply_words(power, base);
+        if (e > 1) base = multiply_words(base, base);
+    }
+    return power;
+}
+
+static void iraise(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    std::int32_t saved;
+    word_operand e = {0, nullptr};
+    scanner(stream, &token, cursor);
+    check_modular(&saved);
+    ifact(stream, &e, cursor);
+    restore_modular(&saved);
+    if (e.word < 0) {
+        error(err_bad_exponent, token.text);
+        return;
+    }
+    v->word = inumber_power(v->word, e.word);
+}
+
+static void ifactorial(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    if (v->word < 0) {
+        error(err_bad_factorial, token.text);
+        return;
+    }
+    std::int32_t product = 1;
+    for (std::int32_t i = 2; i <= v->word && product != 0; ++i) {
+        product = multiply_words(product, modularmode ? i % modulus : i);
+    }
+    v->word = product;
+}
+
+static void ipostfix(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    const char c = token.text[0];
+    if (c != '^' && c != '!' && c != '"') return;
+    v->slot = nullptr;
+    if (c == '^') iraise(stream, v, cursor);
+    if (c == '!') ifactorial(stream, v, cursor);
+    for (; token.text[0] == '"'; scanner(stream, &token, cursor)) v->word = 0;
+}
+
+static void read_primary(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    const char c = token.text[0];
+    if (is_lower(c)) {
+        iread_name(stream, v, cursor);
+    } else if (is_digit(c)) {
+        iread_digits(stream, v, cursor);
+    } else if (c == '(') {
+        iread_bracketed(stream, v, cursor);
+    } else if (c == '|') {
+        iread_absolute(stream, v, cursor);
+    } else if (is_upper(c)) {
+        iread_upper(stream, v, cursor);
+    } else if (c == '_' && !flotemode) {
+        iread_true_integer(stream, v, cursor);
+    } else {
+        iread_value(stream, v, cursor);
+    }
+}
+
+// *v = one factor. A linked token has its slot beside it.
+static void ifact(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    check_stack();
+    *v = {0, nullptr};
+    if (token.text[0] == '-') {
+        iread_negated(stream, v, cursor);
+        return;
+    }
+    if ((*cursor)->linked) {
+        read_stored(v, static_cast<quolynode **>((*cursor)->ptr));
+        scanner(stream, &token, cursor);
+    } else {
+        read_primary(stream, v, cursor);
+    }
+    ipostfix(stream, v, cursor);
+}
+
+// Terms and sums ------------------------------------------------------------------------------------------
+
+static bool iterm_goes_on()
+{
+    const char c = token.text[0];
+    if (is_letter(c)) return !token_is(&token, "or") && !token_is(&token, "and");
+    return c == '(' || in_set(iterm_set, c);
+}
+
+static void iterm(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    ifact(stream, v, cursor);
+    while (iterm_goes_on()) {
+        char op = token.text[0];
+        if (op == '(' || is_letter(op)) {
+            op = '*';
+        } else {
+            scanner(stream, &token, cursor);
+            if (token.text[0] == '/') {
+                error(err_double_slash, token.text);
+                return;
+            }
+        }
+        word_operand right;
+        ifact(stream, &right, cursor);
+        v->word = op == '*' ? multiply_words(v->word, right.word) : divide_words(v->word, right.word, op);
+        v->slot = nullptr;
+    }
+}
+
+// The terms behind the first one.
+static void isum_rest(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    while (token.text[0] == '+' || token.text[0] == '-') {
+        const bool minus = token.text[0] == '-';
+        word_operand right;
+        scanner(stream, &token, cursor);
+        iterm(stream, &right, cursor);
+        v->word = minus ? subtract_words(v->word, right.word) : add_words(v->word, right.word);
+        v->slot = nullptr;
+    }
+}
+
+void old_iexpre(input_stream **stream, std::int32_t *result, name_node **cursor)
+{
+    word_operand v;
+    iterm(stream, &v, cursor);
+    isum_rest(stream, &v, cursor);
+    *result = v.word;
+}
+
+// Assignment ------------------------------------------------------------------------------------------------
+
+// *amount = what stands behind :+ or :- ; 1 when nothing does.
+static void iread_amount(input_stream **stream, std::int32_t *amount, name_node **cursor)
+{
+    const char c = token.text[0];
+    *amount = 1;
+    if (!is_digit(c) && !is_lower(c) && c != '(') return;
+    word_operand v;
+    ifact(stream, &v, cursor);
+    *amount = v.word;
+}
+
+// ":" is in hand.
+static void iassign(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    const char form = token.text[0];
+    if (form != '=' && form != '+' && form != '-') {
+        error(err_bad_colon, token.text);
+        return;
+    }
+    if (!v->slot) {
+        error(err_not_assignable, token.text);
+        return;
+    }
+    std::int32_t right;
+    scanner(stream, &token, cursor);
+    borrow();
+    if (form == '=') {
+        old_iexpre(stream, &right, cursor);
+        v->word = right;
+    } else {
+        iread_amount(stream, &right, cursor);
+        v->word = form == '+' ? add_words(v->word, right) : subtract_words(v->word, right);
+    }
+    quoly_set(v->word, v->slot);
+    give_back();
+    v->word = 0;
+}
+
+void iexpre(input_stream **stream, std::int32_t *result, name_node **cursor)
+{
+    word_operand v;
+    iterm(stream, &v, cursor);
+    if (token.text[0] == ':') {
+        iassign(stream, &v, cursor);
+    } else {
+        isum_rest(stream, &v, cursor);
+    }
+    *result = v.word;
+}
+
+void integer_statement(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    std::int32_t result;
+    iexpre(stream, &result, cursor);
+    quoly_set(result, n);
+}
+
+// Bounds ----------------------------------------------------------------------------------------------------
+
+void obtain_int(input_stream **stream, std::int32_t *value, int wrong, name_node **cursor)
+{
+    *value = 0;
+    if (integerflag) {
+        old_iexpre(stream, value, cursor);
+        return;
+    }
+    quolynode *bound = nullptr;
+    own(&bound);
+    old_expre(stream, &bound, cursor);
+    disown();
+    const bool number = bound->is_num && std::isfinite(num_to_double(bound->num));
+    const bool small = number && std::fabs(num_to_double(bound->num)) < word_limit;
+    if (small) value_to_word(bound, value);
+    free_quoly(&bound);
+    if (!number) {
+        error(wrong, token.text);
+    } else if (!small) {
+        error(err_counter_too_big, token.text);
+    }
+}
+
+}  // namespace kelmar

@@ -1,0 +1,46 @@
+// session/storm.cpp -- a level pushed and resumed at every n-th poll.
+//
+// The level gets an input of its own that says &_p, and an output that nobody reads. What it leaves behind in the state
+// of the session is then the interrupted statement's to suffer: transcripts must not change.
+#include "session/storm.h"
+#ifdef KELMAR_STORM
+#include "session/evaluator.h"
+#include "session/input.h"
+#include "session/levels.h"
+#include "session/output.h"
+#include "session/report.h"
+#include "session/scanner.h"
+#include "storage/undo.h"
+
+namespace kelmar {
+
+static constexpr int storm_period = 3;  // polls from one level to the next
+
+void storm_poll()
+{
+    static int polls = 0;
+    static int raging = 0;
+    static std::FILE *const unseen = std::fopen("/dev/null", "w");
+    if (raging || undo_depth > 0 || levelcount >= highest_level || ++polls % storm_period != 0) return;
+    static const unsigned char leave[] = "\n&_p\n";
+    input_stream answers;
+    input_stream *const input = Input;
+    std::FILE *const output = Output;
+    quolynode *const last_value = prevnum;
+    const std::int32_t warned = warn_cnt;
+    raging = 1;
+    open_text(&answers, leave, sizeof leave - 1);
+    Input = &answers;
+    Output = unseen;
+    prevnum = nullptr;
+    error(new_level, " ");
+    free_quoly(&prevnum);
+    prevnum = last_value;
+    warn_cnt = warned;
+    Input = input;
+    Output = output;
+    raging = 0;
+}
+
+}  // namespace kelmar
+#endif

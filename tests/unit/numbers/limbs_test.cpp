@@ -1,0 +1,160 @@
+// tests/unit/numbers/limbs_test.cpp -- scratch limbs: gathering, writing, products, and the quotients of limb_div.
+#include "numbers/limbs.h"
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <vector>
+#include "numbers/compare.h"
+#include "numbers/limb_div.h"
+#include "tests/support/long_numbers.h"
+
+namespace kelmar_test {
+
+using namespace kelmar;
+
+#ifdef KELMAR_MALLOC_RECORDS
+constexpr std::int32_t longest = 60;
+#else
+constexpr std::int32_t longest = 110;
+#endif
+
+static void value_of_limbs(const limb *a, std::int32_t n, mpz_t z)
+{
+    mpz_import(z, static_cast<std::size_t>(n), -1, sizeof(limb), 0, 64 - limb_bits, a);
+}
+
+// n limbs in biased runs of zeros, ones and random bits.
+static std::vector<limb> draw_limbs(test_random *r, std::int32_t n)
+{
+    std::vector<limb> a(static_cast<std::size_t>(n));
+    const std::uint64_t form = r->below(4);
+    for (limb &x : a) {
+        const std::uint64_t kind = form == 0 ? 0 : r->below(form == 1 ? 2 : 5);
+        x = kind == 0 ? limb_mask : kind == 1 ? 0 : r->below(limb_mask);
+    }
+    return a;
+}
+
+TEST(Limbs, GatherAndScatterAreInverse)
+{
+    test_random r;
+    record_audit audit;
+    {
+        long_operand a, b;
+        for (std::int32_t size = 1; size < 40; ++size) {
+            a.draw(&r, size);
+            limb room[24];
+            gather_limbs(a.n.head, a.n.size, room);
+            const std::int32_t n = limbs_of(a.n.size);
+            room[n] = room[n + 1] = 0;  // leading zeros are dropped
+            scatter_limbs(room, n + 2, sign_of(&a.n), &b.n);
+            EXPECT_TRUE(holds_value(&b.n, a.z)) << size;
+        }
+    }
+    audit.expect_unchanged("limbs");
+}
+
+TEST(Limbs, SmallValuesFitAnyNodes)
+{
+    record_audit audit;
+    {
+        long_operand a;
+        for (std::int32_t bits = 0; bits < 112; ++bits) {
+            for (std::int32_t had = 0; had < 7; ++had) {
+                special_free(&a.n);
+                for (std::int32_t i = 0; i < had; ++i) {
+                    a.n.head = new_digit(9, i == 0 ? nullptr : a.n.head);
+                    if (i == 0) a.n.tail = a.n.head;
+                    ++a.n.size;
+                }
+                const double_limb v = (static_cast<double_limb>(1) << bits) + static_cast<double_limb>(bits > 3 ? 5 : 0);
+                mpz_set_ui(a.z, 1);
+                mpz_mul_2exp(a.z, a.z, static_cast<mp_bitcnt_t>(bits));
+                if (bits > 3) mpz_add_ui(a.z, a.z, 5);
+                if (had & 1) mpz_neg(a.z, a.z);
+                if (bits < 60) {
+                    set_small_value(static_cast<limb>(v), had & 1 ? -1 : 0, &a.n);
+                } else {
+                    set_small_value(v, had & 1 ? -1 : 0, &a.n);
+                }
+                ASSERT_TRUE(holds_value(&a.n, a.z)) << bits << " bits into " << had;
+            }
+        }
+    }
+    audit.expect_unchanged("small values");
+}
+
+TEST(MultiplyLimbs, EveryPairOfSizes)
+{
+    test_random r;
+    mpz_t za, zb, wanted, found;
+    mpz_inits(za, zb, wanted, found, nullptr);
+    for (std::int32_t na = 1; na <= longest; ++na) {
+        for (std::int32_t nb = 1; nb <= na; ++nb) {
+            const std::vector<limb> a = draw_limbs(&r, na), b = draw_limbs(&r, nb);
+            std::vector<limb> product(static_cast<std::size_t>(na + nb));
+            std::vector<limb> scratch(static_cast<std::size_t>(product_scratch(nb)));
+            multiply_limbs(product.data(), a.data(), na, b.data(), nb, scratch.data());
+            value_of_limbs(a.data(), na, za);
+            value_of_limbs(b.data(), nb, zb);
+            mpz_mul(wanted, za, zb);
+            value_of_limbs(product.data(), na + nb, found);
+            ASSERT_EQ(mpz_cmp(wanted, found), 0) << na << " by " << nb;
+            if (na == nb) {
+                multiply_limbs(product.data(), a.data(), na, a.data(), na, scratch.data());
+                mpz_mul(wanted, za, za);
+                value_of_limbs(product.data(), 2 * na, found);
+                ASSERT_EQ(mpz_cmp(wanted, found), 0) << "square of " << na;
+            }
+        }
+    }
+    mpz_clears(za, zb, wanted, found, nullptr);
+}
+
+TEST(DivideLimbs, EveryPairOfSizes)
+{
+    test_random r;
+    mpz_t zu, zb, zq, zr, found;
+    mpz_inits(zu, zb, zq, zr, found, nullptr);
+    for (std::int32_t n = 1; n <= longest / 2; ++n) {
+        for (std::int32_t m = 1; m <= longest; ++m) {
+            std::vector<limb> u = draw_limbs(&r, n + m), b = draw_limbs(&r, n);
+            b.back() |= limb{1} << (limb_bits - 1);
+            if (r.below(2)) {  // the dividend begins as the divisor does
+                for (std::int32_t i = 0; i < n; ++i) u[static_cast<std::size_t>(m + i)] = b[static_cast<std::size_t>(i)];
+            }
+            value_of_limbs(u.data(), n + m, zu);
+            value_of_limbs(b.data(), n, zb);
+            mpz_mul_2exp(found, zb, static_cast<mp_bitcnt_t>(limb_bits) * static_cast<mp_bitcnt_t>(m));
+            if (mpz_cmp(zu, found) >= 0) {  // the quotient must fit: the largest dividend that does
+                mpz_sub_ui(zu, found, 1);
+                std::fill(u.begin(), u.end(), 0);
+                mpz_export(u.data(), nullptr, -1, sizeof(limb), 0, 64 - limb_bits, zu);
+            }
+            std::vector<limb> q(static_cast<std::size_t>(m));
+            std::vector<limb> scratch(static_cast<std::size_t>(quotient_scratch(n)));
+            divide_limbs(q.data(), u.data(), n + m, b.data(), n, scratch.data());
+            mpz_tdiv_qr(zq, zr, zu, zb);
+            value_of_limbs(q.data(), m, found);
+            ASSERT_EQ(mpz_cmp(zq, found), 0) << "quotient of " << m << " by " << n;
+            value_of_limbs(u.data(), n + m, found);
+            ASSERT_EQ(mpz_cmp(zr, found), 0) << "remainder of " << m << " by " << n;
+        }
+    }
+    mpz_clears(zu, zb, zq, zr, found, nullptr);
+}
+
+TEST(ShiftLimbs, UpAndDownByEveryCount)
+{
+    test_random r;
+    for (std::int32_t bits = 0; bits < limb_bits; ++bits) {
+        const std::vector<limb> a = draw_limbs(&r, 5);
+        std::vector<limb> b(6);
+        b[5] = shift_limbs_up(b.data(), a.data(), 5, bits);
+        EXPECT_LT(b[5], limb{1} << bits);
+        shift_limbs_down(b.data(), 6, bits);
+        b.pop_back();
+        EXPECT_EQ(a, b) << bits;
+    }
+}
+
+}  // namespace kelmar_test
