@@ -4,7 +4,7 @@
 // Long operands are divided by halves of the quotient: the upper part of the dividend by the upper part of the
 // divisor, then the rest of the divisor, times the quotient found, is taken off by one long product.
 
-#include "numbers/limbs.h"
+#include "numbers/limb_mul.h"
 
 namespace kelmar {
 

@@ -18,17 +18,6 @@ using double_limb = unsigned __int128;
 inline constexpr std::int32_t limb_bits = 2 * digit_bits;
 inline constexpr limb limb_mask = (limb{1} << limb_bits) - 1;
 
-#ifdef KELMAR_TINY_LIMITS
-inline constexpr std::int32_t column_cut = 2;
-inline constexpr std::int32_t square_cut = 3;
-inline constexpr std::int32_t stack_limbs = 2;
-#else
-inline constexpr std::int32_t column_cut = 24;   // limbs; below it columns beat Karatsuba (measured)
-inline constexpr std::int32_t square_cut = 44;   // the same for squares
-inline constexpr std::int32_t stack_limbs = 32;  // of both operands; above it they go to the kept buffer
-#endif
-static_assert(stack_limbs / 2 < column_cut, "products of stack arrays take no scratch");
-
 // x with the sign `sign`, 0 or -1, put on or taken off.
 inline std::int32_t turned(std::int32_t x, std::int32_t sign)
 {
@@ -65,15 +54,5 @@ void set_small_value(double_limb v, std::int32_t sign, number *c);  // v < 2^112
 
 // Return n limbs of the kept buffer, borrowed until the next call.
 limb *scratch_limbs(std::int64_t n);
-
-// r[0 .. na + nb) = a * b for na >= nb > 0; r apart from both; a may be b. `scratch` has product_scratch(nb)
-// limbs, apart from all. r filled.
-// Source: Karatsuba's subtractive form; columns below column_cut.
-void multiply_limbs(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch);
-
-inline std::int64_t product_scratch(std::int32_t nb)
-{
-    return 4 * static_cast<std::int64_t>(nb) + 256;
-}
 
 }  // namespace kelmar

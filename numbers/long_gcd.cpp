@@ -388,12 +388,9 @@ void wrapup(number **quotients, const number *a, const number *b, const number *
     set_signs(a, b, u, v);
 }
 
-// Quotients are kept while they have at most this many digits in all, for operands of `size` digits: past that
-// the gcd by limbs and two divisions are faster (measured).
-static std::int32_t kept_digits(std::int32_t size)
-{
-    return size / 11 + 1;
-}
+// Quotients are kept while they have at most this many digits in all: past that the gcd by limbs and two divisions
+// are faster (measured).
+static constexpr std::int32_t kept_digits = 2;
 
 // Euclid's steps on |a| and |b|, nonzero, as far as their quotients are kept. True when they ended: g = the gcd,
 // *quotients the list for wrapup. False: g is not set and the list is empty.
@@ -409,7 +406,7 @@ static bool euclid_kept(const number *a, const number *b, number *g, number **qu
         x = larger;
         code = 2;
     }
-    std::int32_t room = kept_digits(x.size);
+    std::int32_t room = kept_digits;
     while (y.head->digit != 0 && x.size - y.size < room) {
         number *q;
         newimag(&q);

@@ -8,7 +8,7 @@
 // fast_mult works on values in registers up to two digits, on arrays of the stack up to stack_limbs, and above
 // that on the kept scratch buffer.
 #include "numbers/long_mul.h"
-#include "numbers/limbs.h"
+#include "numbers/limb_mul.h"
 #include "numbers/long_add.h"
 #include "numbers/word_mod.h"
 #include "session/report.h"

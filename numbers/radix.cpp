@@ -8,7 +8,7 @@
 // differences above column_limit.
 #include "numbers/radix.h"
 
-#include "numbers/limbs.h"
+#include "numbers/limb_mul.h"
 
 namespace kelmar {
 

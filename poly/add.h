@@ -14,6 +14,7 @@
 // best_ takes no node from the free list. Errors: none. Polls: no.
 
 #include "poly/node.h"
+#include "poly/scale.h"  // scalar_by_poly
 
 namespace kelmar {
 
@@ -25,8 +26,5 @@ void best_poly_add(polynode *a, polynode *b, polynode **c);
 void best_poly_sub(polynode *a, polynode *b, polynode **c);
 void simplest_poly_add(polynode *a, polynode *b, polynode **c);
 void simplest_poly_sub(polynode *a, polynode *b, polynode **c);
-
-// *c = n * p. *c filled, null before. Terms that vanish are dropped; the result is normal.
-void scalar_by_poly(const number *n, const polynode *p, polynode **c);
 
 }  // namespace kelmar

@@ -63,9 +63,42 @@ inline void give_node(polynode *node)
 #endif
 }
 
+// Give the list head .. tail back in one step, without its coefficients. tail->next need not be set.
+void give_nodes_slow(polynode *head, polynode *tail);
+inline void give_nodes(polynode *head, polynode *tail)
+{
+#ifdef KELMAR_MALLOC_RECORDS
+    give_nodes_slow(head, tail);
+#else
+    tail->next = polygarb;
+    polygarb = head;
+#endif
+}
+
 // Return a node (exp, list coef), and one (0, number num), that owns what it is given; next is null.
-polynode *new_term(std::int32_t exp, polynode *coef);
-polynode *new_constant(number *num);
+inline polynode *new_term(std::int32_t exp, polynode *coef)
+{
+    polynode *node = nullptr;
+    newpoly(&node);
+    node->exp = exp;
+    node->isnum = 0;
+    node->next = nullptr;
+    node->coef = coef;
+    return node;
+}
+inline polynode *new_constant(number *num)
+{
+    polynode *node = nullptr;
+    newpoly(&node);
+    node->exp = 0;
+    node->isnum = 1;
+    node->next = nullptr;
+    node->num = num;
+    return node;
+}
+
+// Put `count` nodes on polygarb, so that the first polynomials of a session find them there.
+void prime_polygarb(int count);
 
 // Construction and copying --------------------------------------------------------------------------------
 
@@ -77,11 +110,21 @@ void one_var_poly_assign(const polynode *a, polynode **b);      // the same belo
 void spec_poly_assign(const polynode *a, polynode **b);         // *b = new wrappers above a's shared tail. *b filled
 void poly_inplace(polynode *p);                                 // p = -p in place
 void poly_makeneg(const polynode *a, polynode **b);             // *b = -a. *b replaced
+polynode *copy_poly(const polynode *p);                         // Return a copy of p; null of null
+polynode *negated_poly(const polynode *p);                      // Return a copy of -p; null of null
+polynode *copy_term(const polynode *p);                         // Return a copy of the first term of p alone
+polynode *negated_term(const polynode *p);                      // Return a copy of the negative of that
 void free_poly(polynode **p);                                   // release all of *p; null is allowed
 void special_free_poly(polynode **p);                           // a list whose number coefficients may be null
 void add_pad(polynode **p, std::int32_t k);                     // k wrappers on top of *p; a constant stays as it is
 
 // Tests -----------------------------------------------------------------------------------------------------
+
+// p involves no variable of its own level, only ones below.
+inline bool is_wrapper(const polynode *p)
+{
+    return !p->isnum && p->exp == 0 && !p->next;
+}
 
 // p is the one node (0, number) with nothing behind it.
 inline bool is_constant(const polynode *p)

@@ -6,7 +6,7 @@ import subprocess
 import sys
 
 columns = 110
-layers = [["storage"], ["numbers"], ["poly"], ["quoly", "gcd"], ["matrix"], ["session"]]
+layers = [["storage", "numbers"], ["poly"], ["quoly", "gcd"], ["matrix"], ["session"]]
 rank = {folder: level for level, folders in enumerate(layers) for folder in folders}
 # The one header by which the lower folders reach up, and what it is made of.
 upward_headers = {"session/report.h", "session/errnums.h", "session/errors.def"}

@@ -226,8 +226,8 @@ static void read_underscore(input_stream **stream, operand *v, name_node **curso
 static void read_system_function(input_stream **stream, operand *v, name_node **cursor)
 {
     quoly_set(0, &v->n);
-    if (*cursor) {
-        error(err_not_in_function, token.text);
+    if (*cursor || !sys_func) {
+        error(*cursor ? err_not_in_function : err_no_functions, token.text);
         return;
     }
     scanner(stream, &token, cursor);

@@ -210,11 +210,6 @@ static void read_control_statement(list_reader *r)
 
 void rerun_control_statement(input_stream **stream, quolynode **n)
 {
-    if (!sys_func) {
-        quoly_set(0, n);
-        error(err_no_functions, "<F");
-        return;
-    }
     const token_rec after = token;
     call_frame here;
     enter_call(&here, sys_func);

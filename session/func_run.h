@@ -37,7 +37,7 @@ void begin_list(name_node *list);
 // hand. *n = its value. Errors: those of a definition, and of the statements.
 void run_control_statement(token_rec *word, input_stream **stream, quolynode **n, name_node **cursor);
 
-// Run the control statement of the terminal once more, the token behind it in hand. Errors: 222.
+// Run sys_func, which must not be null, once more; the token behind it is in hand. *n = its value.
 void rerun_control_statement(input_stream **stream, quolynode **n);
 
 }  // namespace kelmar

@@ -36,7 +36,7 @@ static int float_to_word(double v, std::int32_t *word)
     const double near = std::nearbyint(v);
     const double size = std::fabs(v) > 1.0 ? std::fabs(v) : 1.0;
     const double whole = std::fabs(v - near) <= counts_as_whole * size ? near : std::trunc(v);
-    if (!(std::fabs(whole) < word_limit)) return 0;
+    if (!(whole >= -word_limit && whole < word_limit)) return 0;
     *word = static_cast<std::int32_t>(whole);
     return 1;
 }
@@ -114,10 +114,11 @@ static void take_value(const quolynode *value, word_operand *v)
     if (!value_to_word(value, &v->word)) error(err_not_a_number, token.text);
 }
 
+// The token behind the name is in hand. What is about to be assigned to may hold anything.
 static void read_stored(word_operand *v, quolynode **slot)
 {
     v->slot = slot;
-    take_value(*slot, v);
+    if (token.text[0] != ':') take_value(*slot, v);
 }
 
 // The variable of that name; one that is followed by ":" is created with the value 0.
@@ -167,8 +168,9 @@ static void iread_digits(input_stream **stream, word_operand *v, name_node **cur
     std::uint32_t word = 0;
     bool fits = true;
     do {
-        fits = fits && word <= (0x7FFFFFFFu - 9) / 10;
-        word = word * 10 + static_cast<std::uint32_t>(token.text[0] - '0');
+        const std::uint32_t digit = static_cast<std::uint32_t>(token.text[0] - '0');
+        fits = fits && std::uint64_t{word} * 10 + digit <= 0x7FFFFFFF;
+        word = word * 10 + digit;
         scanner(stream, &token, cursor);
     } while (is_digit(token.text[0]));
     v->word = static_cast<std::int32_t>(word);
@@ -325,8 +327,9 @@ static void ifact(input_stream **stream, word_operand *v, name_node **cursor)
         return;
     }
     if ((*cursor)->linked) {
-        read_stored(v, static_cast<quolynode **>((*cursor)->ptr));
+        quolynode **slot = static_cast<quolynode **>((*cursor)->ptr);
         scanner(stream, &token, cursor);
+        read_stored(v, slot);
     } else {
         read_primary(stream, v, cursor);
     }
@@ -418,6 +421,7 @@ static void iassign(input_stream **stream, word_operand *v, name_node **cursor)
         v->word = right;
     } else {
         iread_amount(stream, &right, cursor);
+        take_value(*v->slot, v);
         v->word = form == '+' ? add_words(v->word, right) : subtract_words(v->word, right);
     }
     quoly_set(v->word, v->slot);

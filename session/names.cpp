@@ -9,6 +9,7 @@
 #include "session/heap.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "storage/accounting.h"
 
 namespace kelmar {
 
@@ -235,11 +236,9 @@ int keep_newest_function(token_rec *name)
     return 1;
 }
 
-std::int64_t free_var_count()
+std::int64_t count_free_vars(std::int64_t limit)
 {
-    std::int64_t count = 0;
-    for (const var_node *v = var_garb; v; v = v->next) ++count;
-    return count;
+    return count_list<var_node, &var_node::next>(var_garb, limit);
 }
 
 }  // namespace kelmar

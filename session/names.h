@@ -95,7 +95,7 @@ int remove_function(token_rec *name);
 // Take all functions of the name but the newest off their bucket, and release them. Declines (0) when there is none.
 int keep_newest_function(token_rec *name);
 
-// Variable records on the free list.
-std::int64_t free_var_count();
+// Variable records on the free list, but at most limit + 1.
+std::int64_t count_free_vars(std::int64_t limit);
 
 }  // namespace kelmar

@@ -12,6 +12,9 @@
 
 namespace kelmar {
 
+static constexpr std::int32_t largest_factorial = 66000;      // its digits still have a decimal form of legal size
+static constexpr std::int64_t largest_power = std::int64_t{1} << 22;  // digits of an exact power
+
 // Powers ------------------------------------------------------------------------------------------------
 
 // True when n is a number that a whole number is asked of; infinities and nan are not.
@@ -46,9 +49,21 @@ int get_exponent(input_stream **stream, name_node **cursor, std::int32_t *e, int
     return 0;
 }
 
+// 0, 1 or -1: its powers stay small.
+static bool is_unit(const number *n)
+{
+    int minus;
+    return iszero(n) || equal_to_pm1(n, &minus);
+}
+
 void raise_to_power(quolynode **q, std::int32_t e)
 {
     number *n = (*q)->num;
+    if (exact_integers() && n->size * std::int64_t{e < 0 ? -(e + 1) : e} > largest_power && !is_unit(n)) {
+        error(err_bad_exponent, "^");
+        quoly_set(1, q);
+        return;
+    }
     if (e >= 0) {
         number_power(n, e);
         return;
@@ -92,6 +107,10 @@ static void take_factorial(input_stream **stream, operand *v, name_node **cursor
     }
     if (!num_to_int(v->n->num, &n) || n < 0) {
         error(err_bad_factorial, token.text);
+        return;
+    }
+    if (exact_integers() && n > largest_factorial) {
+        error(err_factorial_too_big, token.text);
         return;
     }
     scanner(stream, &token, cursor);

@@ -14,7 +14,9 @@
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/execname.h"
+#include "session/func_records.h"
 #include "session/interrupt.h"
+#include "session/names.h"
 #include "session/loop.h"
 #include "session/output.h"
 #include "session/owned.h"
@@ -33,7 +35,11 @@ namespace kelmar {
 
 // The process -------------------------------------------------------------------------------------------
 
+#ifdef KELMAR_MALLOC_RECORDS
+static constexpr rlim_t wanted_stack = rlim_t{56} << 20;  // the sanitizer cleans no more than 64 MiB at a jump
+#else
 static constexpr rlim_t wanted_stack = rlim_t{1} << 30;  // bytes
+#endif
 static constexpr rlim_t stack_reserve = 262144;          // bytes that check_stack keeps for a report
 
 // Where the stack is smaller than it may be, raise its limit and start the program once more: the room below a
@@ -74,9 +80,24 @@ static void write_banner(const char *directory)
     std::fflush(Output);
 }
 
+// The free lists of the session's own records, for the memory report.
+static void register_free_lists()
+{
+    record_kinds[row_var].count = count_free_vars;
+    record_kinds[row_name].count = count_free_names;
+    record_kinds[row_name].list = list_free_names;
+    record_kinds[row_form].count = [](std::int64_t limit) {
+        return count_list<form_node, &form_node::next>(formhead, limit);
+    };
+    record_kinds[row_cond].count = [](std::int64_t limit) {
+        return count_list<cond_node, &cond_node::link>(condhead, limit);
+    };
+}
+
 void prepare_session(const char *data_directory)
 {
     open_stashes();
+    register_free_lists();
     make_ring();
     make_trace();
     make_owned();

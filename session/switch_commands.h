@@ -9,7 +9,7 @@
 namespace kelmar {
 
 #define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged, what)
-#define KELMAR_NUMBER(plain, under, code, values, ask, assign, what)
+#define KELMAR_NUMBER(plain, under, code, global, values, ask, assign, what)
 #define KELMAR_TEXT(plain, under, code, run, take, what)
 #define KELMAR_TAIL(plain, under, code, run, read, what)                                                     \
     void run(input_stream **stream, quolynode **result, name_node **cursor);                                 \

@@ -14,7 +14,7 @@ namespace kelmar {
 bool quoly_to_word(const quolynode *q, std::int32_t *v);
 
 #define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged, what)
-#define KELMAR_NUMBER(plain, under, code, values, ask, assign, what)                                         \
+#define KELMAR_NUMBER(plain, under, code, global, values, ask, assign, what)                                 \
     void ask(input_stream **stream, quolynode **result, name_node **cursor);                                 \
     void assign(const setting *s);
 #define KELMAR_TEXT(plain, under, code, run, take, what)                                                     \

@@ -116,7 +116,7 @@ static constexpr switch_row rows[] = {
 #define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged,     \
                     what)                                                                                    \
     flag_row(plain, under, code, &global, talk, values, hook, on, off, set_on, set_off, unchanged, what),
-#define KELMAR_NUMBER(plain, under, code, values, ask, assign, what)                                         \
+#define KELMAR_NUMBER(plain, under, code, global, values, ask, assign, what)                                 \
     number_row(plain, under, code, values, ask, assign, what),
 #define KELMAR_TEXT(plain, under, code, run, take, what) text_row(plain, under, code, run, take, what),
 #define KELMAR_TAIL(plain, under, code, run, read, what) tail_row(plain, under, code, run, read, what),

@@ -4,6 +4,7 @@
 #include "session/token.h"
 #include <cstdlib>
 #include "session/heap.h"
+#include "storage/accounting.h"
 
 namespace kelmar {
 
@@ -37,11 +38,14 @@ void freename(name_node **n)
     }
 }
 
-std::int64_t free_name_count()
+std::int64_t count_free_names(std::int64_t limit)
 {
-    std::int64_t count = 0;
-    for (const name_node *n = name_garb; n; n = n->next) ++count;
-    return count;
+    return count_list<name_node, &name_node::next>(name_garb, limit);
+}
+
+void list_free_names(std::FILE *out)
+{
+    for (const name_node *n = name_garb; n; n = n->next) std::fprintf(out, "%s\n", n->text);
 }
 
 }  // namespace kelmar

@@ -6,6 +6,7 @@
 // the scanner deliver them instead of reading a stream. The cursor zilch is always null: read the stream.
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <type_traits>
 
@@ -72,7 +73,8 @@ void newname(name_node **n);
 // Release the whole chain from *n; *n becomes null.
 void freename(name_node **n);
 
-// Name records on the free list.
-std::int64_t free_name_count();
+// Name records on the free list, but at most limit + 1; their texts, a line each.
+std::int64_t count_free_names(std::int64_t limit);
+void list_free_names(std::FILE *out);
 
 }  // namespace kelmar

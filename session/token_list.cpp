@@ -367,9 +367,9 @@ void attach(list_reader *r, const char *stop, bool loop_head, name_node **list)
     if (loop_head) append(&l, ":", -1, false);
     const name_node *const none = l.last;
     while (!list_ends(&l, stop)) store_token(&l);
-    if (l.last == none) error(err_empty_statement, token.text);
+    if (l.last == none) error(input_is_cut(r) ? err_end_inside_definition : err_empty_statement, token.text);
     end_list(&l);
-    last_attached = *list;
+    last_attached = loop_head ? (*list)->next : *list;
 }
 
 // Ranges ------------------------------------------------------------------------------------------------------

@@ -1,7 +1,8 @@
 // bench/numbers/word_mod_bench.cpp -- the word kernels beside plain loops that do the same reduction.
 //
 // `ours` goes through modmult, mod_add and mod_sub, which test the kind of ring each time; `plain` is the loop
-// that a caller would write for one fixed kind. `ratio` is ours by plain, in the same run; the bound is 1.5.
+// that a caller would write for one fixed kind. Time is a round of 4096 calls, `ns` is one call, `ratio` ours by
+// plain in the same run; the bound is 1.5.
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
@@ -50,7 +51,7 @@ static void enter_field(int bits)
 
 template <class F, class G> static void compare(benchmark::State &state, F ours, G plain)
 {
-    double time_ours = 0, time_plain = 0;
+    double time_ours = 0, time_plain = 0, count = 0;
     std::uint32_t sum_ours = 0, sum_plain = 0;
     for (auto _ : state) {
         const double t = seconds_of([&] {
@@ -64,7 +65,8 @@ template <class F, class G> static void compare(benchmark::State &state, F ours,
         });
         for (std::int32_t v : results) sum_plain = sum_plain * 31 + static_cast<std::uint32_t>(v);
         time_ours += t;
-        state.SetIterationTime(t / length);
+        state.SetIterationTime(t);
+        count += length;
         if (sum_ours != sum_plain) state.SkipWithError("results differ");
     }
     std::uint32_t sum = 0;
@@ -72,16 +74,19 @@ template <class F, class G> static void compare(benchmark::State &state, F ours,
     char label[32];
     std::snprintf(label, sizeof label, "sum %08x", sum);
     state.SetLabel(label);
+    state.counters["ns"] = time_ours / count * 1e9;
     state.counters["ratio"] = time_ours / time_plain;
     modularmode = lintmode = finf = f256 = f2t16 = smallmodulus = 0;
     modulus = -1;
 }
 
+static const auto through_modmult = [](std::int32_t a, std::int32_t b) { return modmult(a, b); };
+
 static void bm_mult_small(benchmark::State &state)
 {
     enter(static_cast<std::int32_t>(state.range(0)));
     const std::uint32_t m = static_cast<std::uint32_t>(modulus);
-    compare(state, modmult, [m](std::int32_t a, std::int32_t b) {
+    compare(state, through_modmult, [m](std::int32_t a, std::int32_t b) {
         return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b) % m);
     });
 }
@@ -91,7 +96,7 @@ static void bm_mult_large(benchmark::State &state)
 {
     enter(static_cast<std::int32_t>(state.range(0)));
     const std::uint64_t m = static_cast<std::uint64_t>(modulus);
-    compare(state, modmult, [m](std::int32_t a, std::int32_t b) {
+    compare(state, through_modmult, [m](std::int32_t a, std::int32_t b) {
         return static_cast<std::int32_t>(static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(b) % m);
     });
 }
@@ -121,14 +126,14 @@ BENCHMARK(bm_sub)->UseManualTime()->Arg(2147483629);
 static void bm_octic_field(benchmark::State &state)
 {
     enter_field(8);
-    compare(state, modmult, [](std::int32_t a, std::int32_t b) { return std::int32_t{f256prod[a * 256 + b]}; });
+    compare(state, through_modmult, [](std::int32_t a, std::int32_t b) { return std::int32_t{f256prod[a * 256 + b]}; });
 }
 BENCHMARK(bm_octic_field)->UseManualTime();
 
 static void bm_wide_field(benchmark::State &state)
 {
     enter_field(16);
-    compare(state, modmult, [](std::int32_t a, std::int32_t b) {
+    compare(state, through_modmult, [](std::int32_t a, std::int32_t b) {
         if (a == 0 || b == 0) return 0;
         const std::int32_t s = f2t16log[a] + f2t16log[b];
         return std::int32_t{f2t16exp[s < 65535 ? s : s - 65535]};

@@ -1,9 +1,10 @@
 # Builds that are hostile on purpose. In the presets tiny and storm the transcripts of session/ are the tests:
 # they must come out the same. In the preset fail-alloc, hostile/<case>.in is run again and again, the k-th heap
 # request failing in the k-th run, until a run makes fewer than k.
-if(KELMAR_FAIL_ALLOC AND EXISTS ${PROJECT_SOURCE_DIR}/session/fuzz_entry.h)
+if(KELMAR_FAIL_ALLOC)
   add_executable(fail_alloc hostile/fail_alloc.cpp)
   target_link_libraries(fail_alloc PRIVATE kelmar_core kelmar_flags)
+  target_compile_definitions(fail_alloc PRIVATE KELMAR_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(fail_alloc PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
   file(GLOB inputs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/hostile/*.in)
   foreach(input ${inputs})

@@ -12,9 +12,9 @@ namespace kelmar_test {
 using namespace kelmar;
 
 #ifdef KELMAR_MALLOC_RECORDS
-constexpr std::int32_t longest = 60;
+constexpr std::int32_t longest = 140;
 #else
-constexpr std::int32_t longest = 110;
+constexpr std::int32_t longest = 170;
 #endif
 
 static void value_of_limbs(const limb *a, std::int32_t n, mpz_t z)

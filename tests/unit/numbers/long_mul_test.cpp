@@ -2,7 +2,7 @@
 #include "numbers/long_mul.h"
 #include <gtest/gtest.h>
 #include "numbers/compare.h"
-#include "numbers/limbs.h"
+#include "numbers/limb_mul.h"
 #include "numbers/long_add.h"
 #include "tests/support/long_numbers.h"
 

@@ -75,17 +75,46 @@ TEST_F(Names, SecondInsertReplacesTheValueInTheSameRecord)
     remove_var(&t);
 }
 
-TEST_F(Names, NewestRecordShadowsAndOldReturns)
+TEST_F(Names, ParameterShadowsAndTheGlobalReturns)
 {
     var_node *global = put("abc", 7);
     token_rec t = named("abc");
-    var_node *parameter = push_var(&t);
-    quoly_set(9, &parameter->value);
+    var_node *const mark = params_top;
+    quolynode *nine = nullptr;
+    quoly_set(9, &nine);
+    var_node *parameter = push_param(&t, &nine, nullptr);
     EXPECT_EQ(find_var(&t), parameter);
-    remove_var(&t);
+    pop_params(mark);
     EXPECT_EQ(find_var(&t), global);
     EXPECT_EQ(global->value->num->real, 7.0);
     remove_var(&t);
+}
+
+TEST_F(Names, ReferenceParameterGivesItsValueBackAtTheEndOfTheCall)
+{
+    var_node *global = put("abc", 7);
+    token_rec t = named("b");
+    var_node *const mark = params_top;
+    quolynode *nine = nullptr;
+    quoly_set(9, &nine);
+    push_param(&t, &nine, &global->value);
+    EXPECT_EQ(global->value->num->real, 7.0);
+    pop_params(mark);
+    EXPECT_EQ(global->value->num->real, 9.0);
+    token_rec u = named("abc");
+    remove_var(&u);
+}
+
+TEST_F(Names, FreedNameReusesItsRecord)
+{
+    put("abc", 7);
+    token_rec t = named("abc");
+    remove_var(&t);
+    const std::int64_t before = count_free_vars(1000000);
+    put("abd", 7);
+    EXPECT_EQ(count_free_vars(1000000), before - 1);
+    token_rec u = named("abd");
+    remove_var(&u);
 }
 
 TEST_F(Names, TenThousandNamesAreAllFound)
@@ -97,12 +126,12 @@ TEST_F(Names, TenThousandNamesAreAllFound)
         ASSERT_NE(v, nullptr);
         EXPECT_EQ(v->value->num->real, i);
     }
-    const std::int64_t before = free_var_count();
+    const std::int64_t before = count_free_vars(1000000);
     for (int i = 0; i < 10000; ++i) {
         token_rec t = named("v" + std::to_string(i));
         EXPECT_EQ(remove_var(&t), 1);
     }
-    EXPECT_EQ(free_var_count(), before + 10000);
+    EXPECT_EQ(count_free_vars(1000000), before + 10000);
 }
 
 TEST_F(Names, CancelledVariableLivesUntilItsBorrowersAreDone)
@@ -114,9 +143,9 @@ TEST_F(Names, CancelledVariableLivesUntilItsBorrowersAreDone)
     EXPECT_EQ(remove_var(&t), 1);
     EXPECT_EQ(find_var(&t), nullptr);
     EXPECT_EQ((*slot)->num->real, 7.0);
-    const std::int64_t before = free_var_count();
+    const std::int64_t before = count_free_vars(1000000);
     give_back();
-    EXPECT_EQ(free_var_count(), before + 1);
+    EXPECT_EQ(count_free_vars(1000000), before + 1);
 }
 
 TEST_F(Names, UnknownNameForReferenceIsError19)

@@ -346,15 +346,17 @@ TEST_F(Switches, ValuesAreTrueIntegersUnderAModulus)
 
 TEST_F(Switches, MemoryAndClockAreShownInFull)
 {
+    const double most = memavail();
     EXPECT_EQ(run("&h\n"), "");
-    EXPECT_EQ(number_of_value(), static_cast<double>(memavail()));
+    EXPECT_GT(number_of_value(), 2147483648.0);
+    EXPECT_LE(number_of_value(), most);
     run("&T\n");
     EXPECT_GT(number_of_value(), 0.0);
     free_quoly(&value);
     flotemode = lintmode = 0;
-    EXPECT_EQ(run("&h\n"), std::to_string(memavail()) + "\n");
+    const std::string told = run("&h\n");
     std::int32_t col = 0;
-    EXPECT_EQ(written([&] { display(Output, 0, 0, value->num, &col, 0); }), std::to_string(memavail()));
+    EXPECT_EQ(written([&] { display(Output, 0, 0, value->num, &col, 0); }) + "\n", told);
     EXPECT_EQ(run_stored("& h ;"), "");
     free_quoly(&value);
 }
@@ -374,6 +376,7 @@ TEST_F(Switches, PoppingTheLastUseFreesTheGcdStash)
 {
     run("&C+\n");
     quoly_set(5, &gcd_stash[3]);
+    gcd_stash[3]->next = nullptr;
     gcdmass = 40;
     run("&C+\n");
     run("&C-\n");

@@ -1,0 +1,48 @@
+// poly/scale.cpp -- one walk over all numbers of a polynomial.
+//
+// A product with a number may vanish in every view: modulo a composite, by underflow of doubles, when a word
+// wraps. So each list is built of what stays, and what has become a number one level down stands as itself at
+// exp 0.
+#include "poly/scale.h"
+#include "numbers/dispatch.h"
+
+namespace kelmar {
+
+// Return the constant n * a, or null when it is zero.
+static polynode *scaled_constant(number *n, number *a)
+{
+    number *product = nullptr;
+    newimag(&product);
+    product->size = 0;
+    num_mul(n, a, product);
+    if (!iszero(product)) return new_constant(product);
+    free_imag(&product);
+    return nullptr;
+}
+
+// Return n times the list, or null when nothing is left.
+static polynode *scaled_list(number *n, const polynode *p)
+{
+    polynode *first = nullptr;
+    polynode **end = &first;
+    for (; p; p = p->next) {
+        polynode *term = p->isnum ? scaled_constant(n, p->num) : scaled_list(n, p->coef);
+        if (!term) continue;
+        if (!p->isnum && (p->exp != 0 || !is_constant(term))) term = new_term(p->exp, term);
+        *end = term;
+        end = &term->next;
+    }
+    return first;
+}
+
+void scalar_by_poly(const number *n, const polynode *p, polynode **c)
+{
+    if (num_isone(n)) {
+        poly_assign(p, c);
+        return;
+    }
+    *c = iszero(n) ? nullptr : scaled_list(const_cast<number *>(n), p);  // on purpose: a product restores its operands
+    if (!*c) poly_set(0, c);
+}
+
+}  // namespace kelmar
