@@ -1,9 +1,10 @@
 // numbers/limb_div.cpp -- quotients of scratch limbs.
 //
-// A row takes one limb of the quotient: trial limb from two limbs of the dividend and one of the divisor, mended
-// against the divisor's second limb, so that the row's subtraction goes below zero only once in about 2^55 rows.
-// A quotient of halving_cut limbs or more is found in two halves, each from a divisor cut to as many limbs as
-// the half has. The cut makes the half too large by at most 2, and the sign of the remainder tells.
+// A row takes one limb of the quotient: a trial limb from two limbs of the dividend and one of the divisor,
+// mended against the divisor's second limb, so that on random values the row's subtraction goes below zero
+// once in about 2^55 rows. A quotient of halving_cut limbs or more is found in two halves, each from a
+// divisor cut to as many limbs as the half has. The cut makes the half too large by at most 2, and the sign
+// of the remainder tells.
 #include "numbers/limb_div.h"
 
 namespace kelmar {

@@ -1,8 +1,8 @@
 #pragma once
 // numbers/limb_div.h -- quotients of scratch limbs.
 //
-// Long operands are divided by halves of the quotient: the upper part of the dividend by the upper part of the
-// divisor, then the rest of the divisor, times the quotient found, is taken off by one long product.
+// Long operands are divided by halves of the quotient: the upper part of the dividend by the upper part of
+// the divisor, then the rest of the divisor, times the quotient found, is taken off by one long product.
 
 #include "numbers/limb_mul.h"
 
@@ -15,7 +15,8 @@ inline constexpr std::int32_t halving_cut = 20;  // limbs of the quotient; below
 #endif
 
 // q[0 .. nu - n) = u / b, u[0 .. n) = the remainder, the rest of u 0. u has nu > n limbs, b has n > 0 and its
-// top bit set; u < b * 2^(56 (nu - n)). u replaced, q filled, b spared; `scratch` has quotient_scratch(n) limbs.
+// top bit set; u < b * 2^(56 (nu - n)). u replaced, q filled, b spared; `scratch` has quotient_scratch(n)
+// limbs.
 // Source: recursive division of Burnikel and Ziegler; below halving_cut the schoolbook's algorithm D.
 void divide_limbs(limb *q, limb *u, std::int32_t nu, const limb *b, std::int32_t n, limb *scratch);
 

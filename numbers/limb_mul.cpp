@@ -1,15 +1,15 @@
 // numbers/limb_mul.cpp -- products of scratch limbs.
 //
-// Short products go column by column: all products that meet in one limb of the result are summed in 128 bits,
-// and one carry leaves the column. Longer ones are cut at half the longer operand, Karatsuba's way, with the
-// difference of the halves, so that no intermediate value outgrows its half. Still longer ones are cut in thirds:
-// the operands as quadratic polynomials are evaluated at 0, 1, -1, 2 and infinity, and the product found from
-// its five values. An operand of at most half the other's length multiplies it block by block.
+// Short products go column by column: all that meet in one limb of the result are summed in 128 bits, and one
+// carry leaves the column. Longer ones are cut at half the longer operand, Karatsuba's way, with the
+// difference of the halves, so that no intermediate value outgrows its half. Still longer ones are cut in
+// thirds: the operands as quadratic polynomials are evaluated at 0, 1, -1, 2 and infinity, and the product
+// found from its five values. An operand of at most half the other's length multiplies it block by block.
 #include "numbers/limb_mul.h"
 
 namespace kelmar {
 
-// Columns -----------------------------------------------------------------------------------------------------
+// Columns -------------------------------------------------------------------------------------------------
 
 static inline void add_product(double_limb *sum, limb a, limb b)
 {
@@ -113,7 +113,8 @@ static void add_middle(limb *r, std::int32_t n, std::int32_t h, limb *t, bool mi
     if (top) add_into(r + 3 * h, n - 3 * h, &top, 1);
 }
 
-static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     const bool square = a == b && na == nb;
     const std::int32_t h = (na + 1) / 2;
@@ -126,10 +127,10 @@ static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb 
     add_middle(r, na + nb, h, scratch, turned_a == turned_b);
 }
 
-// Thirds ------------------------------------------------------------------------------------------------------
+// Thirds --------------------------------------------------------------------------------------------------
 
-// r[0 .. k] = |a(x)| for the thirds of a as coefficients: k, k and na - 2k limbs; x is 1, -1 or 2. Return whether
-// a(x) is below 0.
+// r[0 .. k] = |a(x)| for the thirds of a as coefficients: k, k and na - 2k limbs; x is 1, -1 or 2. Return
+// whether a(x) is below 0.
 static bool evaluate(limb *r, const limb *a, std::int32_t na, std::int32_t k, std::int64_t x)
 {
     std::int64_t carry = 0;
@@ -144,7 +145,7 @@ static bool evaluate(limb *r, const limb *a, std::int32_t na, std::int32_t k, st
     return carry < 0;
 }
 
-// r[0 .. n) = x[0 .. n) + c * y[0 .. ny), ny <= n, c small; the result is known to be in range. r may be x or y.
+// r[0 .. n) = x[0 .. n) + c * y[0 .. ny), ny <= n, |c| <= 4; the result is known to fit. r may be x or y.
 static void combine(limb *r, const limb *x, std::int64_t c, const limb *y, std::int32_t ny, std::int32_t n)
 {
     std::int64_t carry = 0;
@@ -201,7 +202,8 @@ static void add_at(limb *r, std::int32_t n, std::int32_t at, const limb *t, std:
     add_into(r + at, room, t, room < nt ? room : nt);
 }
 
-static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     const bool square = a == b && na == nb;
     const std::int32_t k = (na + 2) / 3, n = 2 * k + 2;
@@ -225,10 +227,11 @@ static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb 
     add_at(r, na + nb, 3 * k, v.at_2, n);
 }
 
-// The choice --------------------------------------------------------------------------------------------------
+// The choice ----------------------------------------------------------------------------------------------
 
 // a is at least twice as long as b: block by block.
-static void multiply_blocks(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_blocks(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     multiply_limbs(r, a, nb, b, nb, scratch);
     std::int32_t done = nb;

@@ -15,7 +15,7 @@ inline constexpr std::int32_t stack_limbs = 2;
 #else
 inline constexpr std::int32_t column_cut = 24;   // limbs; below it columns beat halves (measured)
 inline constexpr std::int32_t square_cut = 44;   // the same for squares
-inline constexpr std::int32_t thirds_cut = 120;  // limbs; below it halves beat thirds (measured)
+inline constexpr std::int32_t thirds_cut = 200;  // limbs; below it halves beat thirds (measured)
 inline constexpr std::int32_t stack_limbs = 32;  // of both operands; above it they go to the kept buffer
 #endif
 static_assert(stack_limbs / 2 < column_cut, "products of stack arrays take no scratch");

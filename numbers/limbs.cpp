@@ -113,7 +113,7 @@ static limb *kept = nullptr;
 static std::int64_t kept_length = 0;
 
 #ifdef KELMAR_MALLOC_RECORDS
-static constexpr bool exact = true;  // a fresh array each time, so that a sanitizer sees each step over its end
+static constexpr bool exact = true;  // a fresh array each time, for the sanitizer to see its end
 #else
 static constexpr bool exact = false;
 #endif

@@ -2,9 +2,9 @@
 //
 // All digits are handled as magnitudes in the sign of the result, which the leading sum tells. The pass goes
 // forward; each pair gives a digit and a carry of -1, 0 or 1 that falls on the digit before, still in a
-// register. That digit is then in 0 .. base, or is -1. If it is -1 or base its node is remembered, and only the
-// rightmost such node: all that is out of range lies at it or in front of it. After the pass the links from the
-// head to that node are reversed, the carries run back along them, and the links are restored on the way.
+// register. That digit is then in 0 .. base, or is -1. If it is -1 or base its node is remembered, and only
+// the rightmost such node: all that is out of range lies at it or in front of it. After the pass the links
+// from the head to that node are reversed, the carries run back along them, and the links are restored.
 //
 // Values of one and two digits, which carry most of the traffic, are added in a register instead.
 //
@@ -18,10 +18,10 @@ namespace kelmar {
 
 enum operation { plus, minus };
 enum radix { base_fixed, base_given };  // base_fixed: 2^28, carries by shift and mask
-enum place { apart, in_place };         // apart: digits go to fresh nodes; in_place: to those of the first chain
+enum place { apart, in_place };         // digits go to fresh nodes, or to those of the first chain
 
-// A result under way. `front` is no digit of the result: its next is the head, and its digit collects the carry
-// out of the first pair when no unmatched digits stand before that.
+// A result under way. `front` is no digit of the result: its next is the head, and its digit collects the
+// carry out of the first pair when no unmatched digits stand before that.
 struct pass {
     numnode front;
     numnode *last;     // the node that `pending` belongs to
@@ -119,7 +119,8 @@ static inline void add_pairs(pass *p, numnode *a, const numnode *b, std::int32_t
 }
 
 // Append copies of n unmatched leading digits, negated when `negate`. Return what follows them.
-static const numnode *copy_prefix(pass *p, const numnode *from, std::int32_t n, bool negate, std::int32_t base)
+static const numnode *copy_prefix(pass *p, const numnode *from, std::int32_t n, bool negate,
+                                  std::int32_t base)
 {
     const std::int32_t turn = p->sign ^ (negate ? -1 : 0);  // from its own sign to magnitude
     while (n-- > 0) {
@@ -168,7 +169,7 @@ static void give_front(numnode *head, std::int32_t n)
     give_chain(head, end);
 }
 
-// Operands of equal size: leading pairs that cancel are passed over, and the first that does not tells the sign.
+// Operands of equal size: leading pairs that cancel are passed over; the first that does not tells the sign.
 template <operation Op, radix R, place P>
 static inline void add_equal(numnode *a, const numnode *b, std::int32_t size, number *c, std::int32_t base)
 {
@@ -205,7 +206,8 @@ static inline std::int64_t small_value(const numnode *head, std::int32_t size)
 
 // c = a + b or a - b for at most two digits of base 2^28, in a register.
 template <operation Op>
-static inline void add_small(const numnode *a, std::int32_t size_a, const numnode *b, std::int32_t size_b, number *c)
+static inline void add_small(const numnode *a, std::int32_t size_a, const numnode *b, std::int32_t size_b,
+                             number *c)
 {
     const std::int64_t va = small_value(a, size_a), vb = small_value(b, size_b);
     const std::int64_t v = Op == plus ? va + vb : va - vb;
@@ -255,7 +257,8 @@ void medsum(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, con
     add_chains<plus, base_fixed, apart>(a, size_a, head_b, size_b, c, digit_base);
 }
 
-void meddiff(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b, number *c)
+void meddiff(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b,
+             number *c)
 {
     numnode *a = const_cast<numnode *>(head_a);
     add_chains<minus, base_fixed, apart>(a, size_a, head_b, size_b, c, digit_base);

@@ -22,8 +22,10 @@ void fastsum(number *a, const number *b);
 void fastdiff(number *a, const number *b);
 
 // c = a + b, c = a - b. c replaced: its old chain goes last.
-void medsum(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b, number *c);
-void meddiff(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b, number *c);
+void medsum(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b,
+            number *c);
+void meddiff(std::int32_t size_a, std::int32_t size_b, const numnode *head_a, const numnode *head_b,
+             number *c);
 
 // c = a + b in `base`. c replaced.
 void summ(const number *a, const number *b, number *c, std::int32_t base);

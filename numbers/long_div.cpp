@@ -1,9 +1,9 @@
 // numbers/long_div.cpp -- quotients and remainders of long integers.
 //
-// One routine divides the magnitudes of two bare chains; the named forms differ in what they ask of it. A chain
-// has its head first, which is the order that division by one digit wants, so that needs no scratch. Longer
-// operands are gathered, shifted until the divisor fills its top limb, divided, and the remainder shifted back.
-// Quotient and remainder are built apart and handed over last, so both may replace operands.
+// One routine divides the magnitudes of two bare chains; the named forms differ in what they ask of it. A
+// chain has its head first, which is the order that division by one digit wants, so that needs no scratch.
+// Longer operands are gathered, shifted until the divisor fills its top limb, divided, and the remainder is
+// shifted back. Operands are read to the end before a result is handed over, so results may replace them.
 #include "numbers/long_div.h"
 #include "numbers/compare.h"
 #include "numbers/limb_div.h"

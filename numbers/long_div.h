@@ -9,8 +9,8 @@
 
 namespace kelmar {
 
-// q = a / b truncated toward zero, r = the remainder. a, b spared; q, r replaced, may be operands, distinct from
-// each other. Magnitudes are divided; q AND r are negated exactly when the signs of a and b differ. So
+// q = a / b truncated toward zero, r = the remainder. a, b spared; q, r replaced, may be operands, distinct
+// from each other. Magnitudes are divided; q AND r are negated exactly when the signs of a and b differ. So
 // q b + r = a when b > 0 (or r = 0). b = 0: nothing is done.
 // Cost: as for a few products of the size of q and b.
 void divide(const number *a, const number *b, number *q, number *r);
@@ -18,8 +18,8 @@ void divide(const number *a, const number *b, number *q, number *r);
 // The same for a >= 0, b > 0.
 void pos_divide(const number *a, const number *b, number *q, number *r);
 
-// One quotient digit: the first `len` nodes from `head`, none negative, divided by b > 0, the quotient known to
-// fit one digit. q, r replaced, may hold the operands.
+// One quotient digit: the first `len` nodes from `head`, none negative, divided by b > 0, the quotient known
+// to fit one digit. q, r replaced, may hold the operands.
 void simp_divide(const numnode *head, std::int32_t len, const number *b, number *q, number *r);
 
 // r = a mod b for a >= 0, b > 0, given as bare chains. r replaced, may hold an operand.

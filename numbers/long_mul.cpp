@@ -2,11 +2,11 @@
 //
 // simp_mult splits each digit's product in a high and a low part; the high part is added to the last digit
 // written, which hands at most 1 to the one before. As in addition, a node that has reached the base is
-// remembered and mended by a backward pass. multiply adds such products up, the multiplier's digits taken from
-// the head: all but the last digit of a product goes to the accumulator, the last becomes its new tail.
+// remembered and mended by a backward pass. multiply adds such products up, the multiplier's digits taken
+// from the head: all but the last digit of a product goes to the accumulator, the last becomes its new tail.
 //
-// fast_mult works on values in registers up to two digits, on arrays of the stack up to stack_limbs, and above
-// that on the kept scratch buffer.
+// fast_mult works on values in registers up to two digits, on arrays of the stack up to stack_limbs, and
+// above that on the kept scratch buffer.
 #include "numbers/long_mul.h"
 #include "numbers/limb_mul.h"
 #include "numbers/long_add.h"

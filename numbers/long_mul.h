@@ -1,10 +1,10 @@
 #pragma once
 // numbers/long_mul.h -- products of long integers.
 //
-// fast_mult is what the system calls. It chooses by the sizes: one and two digits are multiplied in registers,
-// longer operands are gathered in scratch limbs (numbers/limbs.h). multiply works on the chains alone; its trick
-// is that an accumulator times the base is the same chain with a new tail. All ignore the mode flags; multout
-// alone asks for the live view.
+// fast_mult is what the system calls. It chooses by the sizes: one and two digits are multiplied in a register,
+// one digit goes down a chain, and longer operands are gathered in scratch limbs (numbers/limb_mul.h).
+// multiply works on the chains alone; its trick is that an accumulator times the base is the same chain with
+// a new tail. All ignore the mode flags; multout alone asks for the live view.
 
 #include "numbers/number.h"
 
@@ -18,7 +18,7 @@ void simp_mult(const number *a, number *out, std::int32_t d, numnode **cut);
 void multiply(const number *a, const number *b, number *c);
 
 // c = a * b. a, b spared; a may be b. c replaced, may be an operand.
-// Cost: at most n^1.585; the buffer of scratch limbs grows to eight times the limbs of the operands.
+// Cost: at most n^1.585; long operands need scratch of about 5 times their limbs.
 void fast_mult(const number *a, const number *b, number *c);
 
 // n = lo * (lo + 1) * .. * hi in the live view, lo <= hi, by a product tree. n replaced. In the modular views

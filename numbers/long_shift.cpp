@@ -1,8 +1,8 @@
 // numbers/long_shift.cpp -- shifts of long integers by bits.
 //
-// Whole digits are nodes at the tail, dropped or appended in one pass. The bits that are left move in a forward
-// pass: to the right each digit takes the low bits of the digit before it, to the left the high bits of the
-// digit behind it.
+// Whole digits are nodes at the tail, dropped or appended in one pass. The bits that are left move in a
+// forward pass: to the right each digit takes the low bits of the digit before it, to the left the high bits
+// of the digit behind it.
 #include "numbers/long_shift.h"
 #include "numbers/long_mul.h"
 

@@ -4,36 +4,17 @@
 // part multiplied by the power of two that the lower part stands above, and the lower part added. The cut stands
 // so that few powers are needed: up to two table lengths it is the middle, and the table has the power; above,
 // the lower part has 130 * 2^j digits, and each power is the square of the one before.
-// Products go by columns summed in 128 bits, with one division by a constant a column, and by Karatsuba's
-// differences above column_limit.
 #include "numbers/radix.h"
 
-#include "numbers/limb_mul.h"
+#include "numbers/radix_mul.h"
 
 namespace kelmar {
 
-static constexpr limb ten_base = 10000000000000000;    // 10^16: two groups a limb
-static constexpr std::int32_t table_length = 130;      // entries of two_28
-static constexpr std::int32_t column_limit = 36;       // limbs; below it columns beat Karatsuba (measured)
-static constexpr std::int32_t horner_limit = 28;       // digits; up to it Horner's rule is fastest (measured)
-static constexpr std::int32_t power_levels = 24;       // 130 * 2^24 digits are past every size
-static_assert(column_limit <= 64, "split_limb is exact for 64 products of two limbs");
+static constexpr std::int32_t table_length = 130;  // entries of two_28
+static constexpr std::int32_t power_levels = 24;   // 130 * 2^24 digits are past every size
+static constexpr std::int32_t horner_limit = 28;   // digits; up to it Horner's rule is fastest (measured)
 
-// Limbs of base 10^16 ----------------------------------------------------------------------------------------
-
-// Return *v mod 10^16 and make *v the quotient, *v < 2^113: 64 products of two limbs and a carry.
-static inline limb split_limb(double_limb *v)
-{
-    constexpr limb reciprocal = static_cast<limb>((static_cast<double_limb>(1) << 117) / ten_base);
-    limb q = static_cast<limb>(static_cast<double_limb>(static_cast<limb>(*v >> 49)) * reciprocal >> 68);
-    limb rest = static_cast<limb>(*v) - q * ten_base;
-    if (rest >= ten_base) {  // the estimate is one short at most
-        rest -= ten_base;
-        ++q;
-    }
-    *v = q;
-    return rest;
-}
+// Between chains and limbs -----------------------------------------------------------------------------------
 
 // The limbs that `size` groups take.
 static std::int32_t pairs_of(std::int32_t size)
@@ -71,97 +52,6 @@ static void scatter_decimal(const limb *from, std::int32_t n, bool minus, number
         head = new_digit(sign * static_cast<std::int32_t>(from[i] / decimal_base), head);
     }
     take_chain(c, head, tail, 2 * n - (from[n - 1] < decimal_base));
-}
-
-// r[0 .. n) += t[0 .. nt), nt <= n; the sum is known to fit.
-static void add_decimal(limb *r, std::int32_t n, const limb *t, std::int32_t nt)
-{
-    limb carry = 0;
-    for (std::int32_t i = 0; i < n && (i < nt || carry); ++i) {
-        carry += r[i] + (i < nt ? t[i] : 0);
-        const bool over = carry >= ten_base;
-        r[i] = over ? carry - ten_base : carry;
-        carry = over;
-    }
-}
-
-// Products ---------------------------------------------------------------------------------------------------
-
-// r[0 .. na + nb) = a * b, na >= nb, nb <= 64.
-static void decimal_columns(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb)
-{
-    double_limb sum = 0;
-    for (std::int32_t k = 0; k < na + nb - 1; ++k) {
-        const std::int32_t from = k < na ? 0 : k - na + 1;
-        const std::int32_t to = k < nb ? k : nb - 1;
-        const limb *up = b + from;
-        const limb *down = a + (k - from);
-        for (std::int32_t i = to - from; i >= 0; --i) sum += static_cast<double_limb>(*up++) * *down--;
-        r[k] = split_limb(&sum);
-    }
-    r[na + nb - 1] = static_cast<limb>(sum);
-}
-
-// r[0 .. n) = |low - high| where high has nh <= n limbs. Return whether high was the larger.
-static bool decimal_distance(limb *r, const limb *low, std::int32_t n, const limb *high, std::int32_t nh)
-{
-    limb borrow = 0;
-    for (std::int32_t i = 0; i < n; ++i) {
-        const limb rest = low[i] - (i < nh ? high[i] : 0) - borrow;
-        borrow = rest >> 63;
-        r[i] = borrow ? rest + ten_base : rest;
-    }
-    if (!borrow) return false;
-    limb carry = 1;  // r - 10^(16 n) is negative: complement it
-    for (std::int32_t i = 0; i < n; ++i) {
-        const limb rest = ten_base - 1 - r[i] + carry;
-        carry = rest == ten_base;
-        r[i] = carry ? 0 : rest;
-    }
-    return true;
-}
-
-// r[h .. n) += r[0 .. 2h) + r[2h .. n) - or + t[0 .. 2h): the middle term of Karatsuba's product of n limbs.
-static void add_decimal_middle(limb *r, std::int32_t n, std::int32_t h, limb *t, bool minus)
-{
-    std::int64_t carry = 0;
-    for (std::int32_t i = 0; i < 2 * h; ++i) {
-        std::int64_t sum = carry + static_cast<std::int64_t>(r[i]);
-        if (2 * h + i < n) sum += static_cast<std::int64_t>(r[2 * h + i]);
-        sum += minus ? -static_cast<std::int64_t>(t[i]) : static_cast<std::int64_t>(t[i]);
-        carry = sum < 0 ? -1 : 0;
-        if (sum < 0) sum += ten_base;
-        for (; sum >= static_cast<std::int64_t>(ten_base); ++carry) sum -= ten_base;
-        t[i] = static_cast<limb>(sum);
-    }
-    const std::int32_t room = n - h;
-    add_decimal(r + h, room, t, room < 2 * h ? room : 2 * h);
-    const limb top = static_cast<limb>(carry);
-    if (top) add_decimal(r + 3 * h, n - 3 * h, &top, 1);
-}
-
-// r[0 .. na + nb) = a * b, na >= nb > 0; r apart from both. scratch has product_scratch(nb) limbs.
-static void multiply_decimal(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
-{
-    if (nb < column_limit) return decimal_columns(r, a, na, b, nb);
-    const std::int32_t h = (na + 1) / 2;
-    if (nb <= h) {  // block by block of a
-        multiply_decimal(r, a, nb, b, nb, scratch);
-        for (std::int32_t done = nb; done < na; done += nb) {
-            const std::int32_t part = na - done < nb ? na - done : nb;
-            for (std::int32_t i = 0; i < part; ++i) r[done + nb + i] = 0;
-            multiply_decimal(scratch, b, nb, a + done, part, scratch + 2 * nb);
-            add_decimal(r + done, nb + part, scratch, nb + part);
-        }
-        return;
-    }
-    const bool turned_a = decimal_distance(r, a, h, a + h, na - h);
-    const bool turned_b = decimal_distance(r + h, b, h, b + h, nb - h);
-    limb *const rest = scratch + 2 * h;
-    multiply_decimal(scratch, r, h, r + h, h, rest);
-    multiply_decimal(r, a, h, b, h, rest);
-    multiply_decimal(r + 2 * h, a + h, na - h, b + h, nb - h, rest);
-    add_decimal_middle(r, na + nb, h, scratch, turned_a == turned_b);
 }
 
 // Products of chains -----------------------------------------------------------------------------------------
@@ -211,7 +101,7 @@ void base_10_fast_mult(const number *a, const number *b, number *c)
     if (a->size < b->size) return base_10_fast_mult(b, a, c);
     const bool minus = (a->head->digit < 0) != (b->head->digit < 0);
     const std::int32_t na = pairs_of(a->size), nb = pairs_of(b->size);
-    limb *const x = scratch_limbs(2 * (static_cast<std::int64_t>(na) + nb) + product_scratch(nb));
+    limb *const x = scratch_limbs(2 * (static_cast<std::int64_t>(na) + nb) + decimal_scratch(nb));
     limb *const y = x + na;
     limb *const r = y + nb;
     gather_decimal(a, x);

@@ -47,7 +47,7 @@ void do_prompts()
     write_level();
     if (promptsize >= 1 || prompt[0] == '\r') std::fputs(prompt, Output);
     flush_output();
-    if (promptsize >= 1) drop_pending();
+    drop_pending();
     leftover[0] = 0;
     if (input_is_over()) jump_to_exit();
 }

@@ -15,3 +15,8 @@ if(KELMAR_FAIL_ALLOC)
       LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 600)
   endforeach()
 endif()
+
+# Interrupts at random times, in every build.
+add_test(NAME hostile/interrupts COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/interrupts $<TARGET_FILE:kelmar> 2000)
+set_tests_properties(hostile/interrupts PROPERTIES LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 300)

@@ -50,7 +50,7 @@ inline kelmar::polynode *poly_from_flint(const fmpz_mpoly_t f, const fmpz_mpoly_
         n->word = 0;
         n->real = 0;
         number_from_mpz(z, n);
-        terms.emplace(std::vector<std::int32_t>(exps.begin(), exps.end()), n);
+        terms.emplace(exponents(exps.begin(), exps.end()), n);
     }
     fmpz_clear(c);
     mpz_clear(z);
@@ -78,7 +78,7 @@ inline kelmar::polynode *poly_from_flint(const nmod_poly_t f)
         n->size = 0;
         n->real = 0;
         n->word = static_cast<std::int32_t>(nmod_poly_get_coeff_ui(f, e));
-        terms.emplace(std::vector<std::int32_t>{static_cast<std::int32_t>(e)}, n);
+        terms.emplace(exponents{static_cast<std::int32_t>(e)}, n);
     }
     return nest(&terms);
 }

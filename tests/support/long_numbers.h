@@ -21,8 +21,8 @@ struct test_random {
     std::uint64_t below(std::uint64_t n);  // 0 .. n-1
 };
 
-// z = a random integer of at most `digits` digits of base 2^28, biased to what breaks carries: digits 0, 1 and
-// 2^28-1, runs of zeros and of ones, values near powers of the base; either sign when `negative`.
+// z = a random integer of at most `digits` digits of base 2^28, biased to what breaks carries: digits 0, 1
+// and 2^28-1, runs of zeros and of ones, values near powers of the base; either sign when `negative`.
 void biased_mpz(test_random *r, std::int32_t digits, bool negative, mpz_t z);
 
 // A long integer of a test beside the value that it should have. Gives its chain back when it goes.

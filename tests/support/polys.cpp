@@ -81,7 +81,7 @@ void free_flat(flat_poly *terms)
     terms->clear();
 }
 
-static void flatten_below(const polynode *p, std::vector<std::int32_t> *exps, std::size_t level, flat_poly *out)
+static void flatten_below(const polynode *p, exponents *exps, std::size_t level, flat_poly *out)
 {
     for (const polynode *t = p; t; t = t->next) {
         (*exps)[level] = t->exp;
@@ -105,12 +105,12 @@ static void flatten_below(const polynode *p, std::vector<std::int32_t> *exps, st
 flat_poly flatten(const polynode *p, std::int32_t vars)
 {
     flat_poly out;
-    std::vector<std::int32_t> exps(static_cast<std::size_t>(vars < 1 ? 1 : vars), 0);
+    exponents exps(static_cast<std::size_t>(vars < 1 ? 1 : vars), 0);
     flatten_below(p, &exps, 0, &out);
     return out;
 }
 
-static bool constant_from(const std::vector<std::int32_t> &exps, std::size_t level)
+static bool constant_from(const exponents &exps, std::size_t level)
 {
     for (std::size_t k = level; k < exps.size(); ++k) {
         if (exps[k] != 0) return false;
@@ -137,7 +137,9 @@ using flat_place = flat_poly::iterator;
 
 static polynode *nest_range(flat_place from, flat_place to, std::size_t level)
 {
-    if (std::next(from) == to && constant_from(from->first, level)) return test_node(0, from->second, nullptr);
+    if (std::next(from) == to && constant_from(from->first, level)) {
+        return test_node(0, from->second, nullptr);
+    }
 
     polynode *first = nullptr;
     polynode **end = &first;
@@ -186,9 +188,10 @@ polynode *random_poly(test_random *r, const poly_shape &shape)
     for (std::size_t k = 0; k < vars; ++k) missing[k] = kind == 1 || kind == 2 || r->below(5) == 0;
     const std::uint64_t range = static_cast<std::uint64_t>(shape.degree - shape.low) + 1;
     for (; count > 0; --count) {
-        std::vector<std::int32_t> exps(vars, 0);
+        exponents exps(vars, 0);
         for (std::size_t k = 0; k < vars; ++k) {
-            if (!missing[k] && r->below(4) != 0) exps[k] = shape.low + static_cast<std::int32_t>(r->below(range));
+            if (missing[k] || r->below(4) == 0) continue;
+            exps[k] = shape.low + static_cast<std::int32_t>(r->below(range));
         }
         if (terms.count(exps) == 0) terms.emplace(exps, random_coefficient(r, shape.digits));
     }
@@ -198,7 +201,7 @@ polynode *random_poly(test_random *r, const poly_shape &shape)
 // Reference arithmetic -----------------------------------------------------------------------------------
 
 // Add n to the coefficient at exps; n is taken.
-static void add_flat(flat_poly *terms, const std::vector<std::int32_t> &exps, number *n)
+static void add_flat(flat_poly *terms, const exponents &exps, number *n)
 {
     const auto [place, fresh] = terms->emplace(exps, n);
     if (fresh) return;
@@ -232,7 +235,7 @@ polynode *reference_product(const polynode *a, const polynode *b, std::int32_t v
     flat_poly left = flatten(a, vars), right = flatten(b, vars), terms;
     for (auto &s : left) {
         for (auto &t : right) {
-            std::vector<std::int32_t> exps = s.first;
+            exponents exps = s.first;
             for (std::size_t k = 0; k < exps.size(); ++k) exps[k] += t.first[k];
             number *n = new_number();
             num_mul(s.second, t.second, n);

@@ -279,7 +279,8 @@ static void draw_decimal(test_random *r, mpz_t z)
     for (std::uint64_t groups = 1 + r->below(5); groups > 0; --groups) {
         const std::uint64_t kind = r->below(4);
         mpz_mul_ui(z, z, decimal_base);
-        mpz_add_ui(z, z, kind == 0 ? 0 : kind == 1 ? decimal_base - 1 : kind == 2 ? 1 : r->below(decimal_base));
+        const std::uint64_t group[4] = {0, 1, decimal_base - 1, r->below(decimal_base)};
+        mpz_add_ui(z, z, group[kind]);
     }
     if (r->below(2)) mpz_neg(z, z);
 }

@@ -318,7 +318,7 @@ TEST(SimpDivide, OneQuotientDigitFromASpan)
             mpz_add(a.z, a.z, rest.z);
             a.load();
             const std::int32_t span = a.n.size;
-            a.n.tail->next = new_digit(12345, nullptr);  // the digits that a longer chain would have behind it
+            a.n.tail->next = new_digit(12345, nullptr);  // a longer chain goes on behind the span
             simp_divide(a.n.head, span, &b.n, &q.n, &rest.n);
             give_digit(a.n.tail->next);
             a.n.tail->next = nullptr;
@@ -361,7 +361,7 @@ TEST(Modout, AgreesWithGmp)
         for (int i = 0; i < rounds; ++i) {
             a.draw(&r, some_size(&r));
             modulus = 2 + static_cast<std::int32_t>(r.below(r.below(2) ? 2147483645 : 300));
-            std::int64_t wanted = static_cast<std::int64_t>(mpz_tdiv_ui(a.z, static_cast<unsigned long>(modulus)));
+            std::int64_t wanted = static_cast<long>(mpz_tdiv_ui(a.z, static_cast<unsigned long>(modulus)));
             if (wanted >= digit_base) wanted >>= digit_bits;
             ASSERT_EQ(modout(&a.n), mpz_sgn(a.z) < 0 ? -wanted : wanted) << "round " << i;
         }
