@@ -1,11 +1,11 @@
 // numbers/long_gcd.cpp -- Lehmer's steps on gathered limbs.
 //
-// The 128 leading bits of both operands tell the next few dozen Euclidean quotients. Their product is a matrix
-// of words, which is applied to all limbs in one pass, so that a pass takes about 64 bits off both operands.
-// The matrix need not hold the exact quotients of the operands, only keep both non-negative: any matrix of
-// determinant 1 keeps the gcd. It does so because both leading parts stay at 2^64 or above while no entry
-// reaches that. Where the leading bits tell nothing, because one operand is much shorter or both nearly agree,
-// a division takes over. Operands of at most 112 bits go by words.
+// The 128 leading bits of both operands tell the next few dozen Euclidean quotients. Their product is a
+// matrix of words, which is applied to all limbs in one pass, so that a pass takes about 64 bits off both
+// operands. The matrix need not hold the exact quotients of the operands, only keep both non-negative: any
+// matrix of determinant 1 keeps the gcd. It does so because both leading parts stay at 2^64 or above while no
+// entry reaches that. Where the leading bits tell nothing, because one operand is much shorter or both nearly
+// agree, a division takes over. Operands of at most 112 bits go by words.
 // Source: Lehmer's gcd with double-word matrices.
 #include "numbers/long_gcd.h"
 
@@ -17,7 +17,7 @@
 
 namespace kelmar {
 
-// Words ------------------------------------------------------------------------------------------------------
+// Words -----------------------------------------------------------------------------------------------------
 
 static int trailing_zeros(double_limb v)
 {
@@ -59,7 +59,8 @@ static double_limb wide_gcd(double_limb a, double_limb b)
             a >>= trailing_zeros(a);
         }
     }
-    return static_cast<double_limb>(odd_gcd(static_cast<std::uint64_t>(a), static_cast<std::uint64_t>(b))) << twos;
+    const double_limb odd = odd_gcd(static_cast<std::uint64_t>(a), static_cast<std::uint64_t>(b));
+    return odd << twos;
 }
 
 std::int32_t smallgcd(std::int32_t a, std::int32_t b)
@@ -93,7 +94,7 @@ static void set_wide(double_limb v, bool minus, number *n)
     take_chain(n, head, tail, size);
 }
 
-// Limb arrays ------------------------------------------------------------------------------------------------
+// Limb arrays -----------------------------------------------------------------------------------------------
 //
 // An operand in work: limbs above n, up to the room of both operands, are 0.
 struct limb_number {
@@ -158,8 +159,8 @@ static std::int32_t shifted_up(const limb_number *x, std::int64_t k, limb *to)
     return whole + x->n + 1;
 }
 
-// a = a mod b, a->n >= b->n > 0; a has room for one limb more. b restored. `work` has room for the quotient and
-// for the scratch of its division.
+// a = a mod b, a->n >= b->n > 0; a has room for one limb more. b restored. `work` has room for the quotient
+// and for the scratch of its division.
 static void reduce_by(limb_number *a, limb_number *b, limb *work)
 {
     const std::int32_t bits = __builtin_clzll(b->at[b->n - 1]) - (64 - limb_bits);
@@ -172,7 +173,7 @@ static void reduce_by(limb_number *a, limb_number *b, limb *work)
     strip(a);
 }
 
-// Lehmer's step ----------------------------------------------------------------------------------------------
+// Lehmer's step ---------------------------------------------------------------------------------------------
 
 // (a, b) = M (a', b') with determinant 1, so a' = m11 a - m01 b and b' = m00 b - m10 a.
 struct step_matrix {
@@ -242,7 +243,8 @@ static double_limb two_limbs(const limb_number *x)
     return static_cast<double_limb>(x->n > 1 ? x->at[1] : 0) << limb_bits | (x->n > 0 ? x->at[0] : 0);
 }
 
-// *a = gcd(a, b); *b is used up. Both have room for the longer one and one limb more; `work` as for reduce_by.
+// *a = gcd(a, b); *b is used up. Both have room for the longer one and one limb more; `work` as for
+// reduce_by.
 static void reduce_to_gcd(limb_number *a, limb_number *b, limb *work)
 {
     for (;;) {
@@ -270,7 +272,7 @@ static void reduce_to_gcd(limb_number *a, limb_number *b, limb *work)
     a->n = 2;
 }
 
-// Long integers ----------------------------------------------------------------------------------------------
+// Long integers ---------------------------------------------------------------------------------------------
 
 static bool is_zero_chain(const number *a)
 {
@@ -342,7 +344,7 @@ void gcd(const number *a, const number *b, number *c)
     take_chain(c, x.head, x.tail, x.size);
 }
 
-// The reduced fraction ---------------------------------------------------------------------------------------
+// The reduced fraction --------------------------------------------------------------------------------------
 
 // Give each term its sign: u has that of a, v that of b.
 static void set_signs(const number *a, const number *b, number *u, number *v)
@@ -388,12 +390,12 @@ void wrapup(number **quotients, const number *a, const number *b, const number *
     set_signs(a, b, u, v);
 }
 
-// Quotients are kept while they have at most this many digits in all: past that the gcd by limbs and two divisions
-// are faster (measured).
+// Quotients are kept while they have at most this many digits in all: past that the gcd by limbs and two
+// divisions are faster (measured).
 static constexpr std::int32_t kept_digits = 2;
 
-// Euclid's steps on |a| and |b|, nonzero, as far as their quotients are kept. True when they ended: g = the gcd,
-// *quotients the list for wrapup. False: g is not set and the list is empty.
+// Euclid's steps on |a| and |b|, nonzero, as far as their quotients are kept. True when they ended: g = the
+// gcd, *quotients the list for wrapup. False: g is not set and the list is empty.
 static bool euclid_kept(const number *a, const number *b, number *g, number **quotients)
 {
     number x = {}, y = {};
@@ -471,7 +473,7 @@ void extgcd(const number *a, const number *b, number *g, number *a_over_g, numbe
     take_chain(b_over_g, v.head, v.tail, v.size);
 }
 
-// Plain numbers ----------------------------------------------------------------------------------------------
+// Plain numbers ---------------------------------------------------------------------------------------------
 
 // The gcd of two words of the live view that is no digit view.
 static std::int32_t word_gcd(std::int32_t a, std::int32_t b)
@@ -492,7 +494,7 @@ void gcdnum(quolynode **a, quolynode **b)
     case view_small:
     case view_digits: binary_gcd((*a)->num, (*b)->num, (*a)->num); break;
     }
-    free_quoly(b);
+    free_plain(b);
 }
 
 }  // namespace kelmar

@@ -20,7 +20,8 @@ void gcd(const number *a, const number *b, number *c);
 void binary_gcd(const number *a, const number *b, number *c);
 
 // g = gcd(a, b), *a_over_g = a / g, *b_over_g = b / g, with the signs of a and b; *is_one = (g = 1). Both
-// operands 0: g = 0 and the reduced ones are 0. All three replaced, may be operands, distinct from each other.
+// operands 0: g = 0 and the reduced ones are 0. All three replaced, may be operands, distinct from each
+// other.
 void extgcd(const number *a, const number *b, number *g, number *a_over_g, number *b_over_g, int *is_one);
 
 // The closing step of extgcd: u = a / g, v = b / g. With quotients of all its steps, newest first through

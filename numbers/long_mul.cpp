@@ -72,6 +72,7 @@ void multiply(const number *a, const number *b, number *c)
     sum.size = term.size = 0;
     numnode *cut;
     simp_mult(other, &sum, multiplier->head->digit, &cut);
+    // A multiplier of several digits is not 0, and then neither is the other, so that sum never is.
     for (const numnode *digit = multiplier->head; (digit = digit->next) != nullptr;) {
         simp_mult(other, &term, digit->digit, &cut);
         numnode *low = term.tail;
@@ -83,11 +84,6 @@ void multiply(const number *a, const number *b, number *c)
             give_chain(term.head, term.tail);
         }
         term.size = 0;
-        if (sum.size == 1 && sum.head->digit == 0) {  // a zero product keeps its one node
-            sum.head->digit = low->digit;
-            give_digit(low);
-            continue;
-        }
         low->next = nullptr;
         sum.tail->next = low;
         sum.tail = low;

@@ -1,10 +1,10 @@
 #pragma once
 // numbers/long_mul.h -- products of long integers.
 //
-// fast_mult is what the system calls. It chooses by the sizes: one and two digits are multiplied in a register,
-// one digit goes down a chain, and longer operands are gathered in scratch limbs (numbers/limb_mul.h).
-// multiply works on the chains alone; its trick is that an accumulator times the base is the same chain with
-// a new tail. All ignore the mode flags; multout alone asks for the live view.
+// fast_mult is what the system calls. It chooses by the sizes: one and two digits are multiplied in a
+// register, one digit goes down a chain, and longer operands are gathered in scratch limbs
+// (numbers/limb_mul.h). multiply works on the chains alone; its trick is that an accumulator times the base
+// is the same chain with a new tail. All ignore the mode flags; multout alone asks for the live view.
 
 #include "numbers/number.h"
 

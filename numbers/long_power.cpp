@@ -1,7 +1,7 @@
 // numbers/long_power.cpp -- binary powers from the top bit down.
 //
-// From the top bit down every second factor is the base itself, which is short. Powers of an even long integer
-// are those of its odd part, shifted: a power of two costs nothing but its digits.
+// From the top bit down every second factor is the base itself, which is short. Powers of an even long
+// integer are those of its odd part, shifted: a power of two costs nothing but its digits.
 #include "numbers/long_power.h"
 
 #include "numbers/dispatch.h"
@@ -11,8 +11,8 @@
 
 namespace kelmar {
 
-// The factors 2 in the last digit of the long integer n > 0 that are worth taking out; 0 when none are, or when
-// there would be too many in n^e.
+// The factors 2 in the last digit of the long integer n > 0 that are worth taking out; 0 when none are, or
+// when there would be too many in n^e.
 static std::int32_t even_part(const number *n, std::int32_t e)
 {
     if (live_view() != view_digits || n->head->digit <= 0 || n->tail->digit == 0) return 0;
@@ -57,7 +57,7 @@ void mod_number_power(std::int32_t x, std::int32_t e, std::int32_t *r)
     *r = power;
 }
 
-// Sizes ------------------------------------------------------------------------------------------------------
+// Sizes -----------------------------------------------------------------------------------------------------
 
 static std::int32_t bits_of(std::uint32_t v)
 {
@@ -77,9 +77,8 @@ std::int32_t logg2_neg(const number *n)
 std::int32_t logg2lint(std::int32_t v)
 {
     std::uint32_t m = v < 0 ? 0u - static_cast<std::uint32_t>(v) : static_cast<std::uint32_t>(v);
-    if (modularmode && m <= static_cast<std::uint32_t>(modulus) && m > static_cast<std::uint32_t>(modulus / 2)) {
-        m = static_cast<std::uint32_t>(modulus) - m;
-    }
+    const std::uint32_t n = static_cast<std::uint32_t>(modulus);
+    if (modularmode && m <= n && m > n / 2) m = n - m;
     return bits_of(m);
 }
 

@@ -18,8 +18,8 @@ inline bool power_of_two(std::int32_t v)
     return v > 0 && (v & (v - 1)) == 0;
 }
 
-// Return the bits of the long integer n >= 0; 0 for 0. A head digit of 2^28, as it stands between two steps of
-// a carry, has 29. logg2_neg: of n <= 0.
+// Return the bits of the long integer n >= 0; 0 for 0. A head digit of 2^28, as it stands between two steps
+// of a carry, has 29. logg2_neg: of n <= 0.
 std::int32_t logg2(const number *n);
 std::int32_t logg2_neg(const number *n);
 

@@ -18,7 +18,7 @@
 
 namespace kelmar {
 
-// Long integers ----------------------------------------------------------------------------------------------
+// Long integers ---------------------------------------------------------------------------------------------
 
 // The integer nearest to the root of v < 2^112.
 static std::uint64_t wide_root(unsigned __int128 v)
@@ -132,7 +132,7 @@ void int_sqrt(number *a, number *r, int copy)
     take_chain(r, root.head, root.tail, root.size);
 }
 
-// Residues ---------------------------------------------------------------------------------------------------
+// Residues --------------------------------------------------------------------------------------------------
 
 // x^e for e >= 0.
 static std::int32_t residue_power(std::int32_t x, std::int32_t e)

@@ -21,8 +21,8 @@ void int_sqrt(number *a, number *r, int copy);
 // x^((modulus-1)/2) = 1: the residue x is a nonzero square, for a prime modulus.
 bool its_a_square(std::int32_t x);
 
-// Return a square root of the residue x; 0 when x has none. The modulus is a prime; a composite one gives some
-// residue, and ends.
+// Return a square root of the residue x; 0 when x has none. The modulus is a prime; a composite one gives
+// some residue, and ends.
 std::int32_t modular_sqrt(std::int32_t x);
 
 }  // namespace kelmar

@@ -185,7 +185,7 @@ void in_place_neg(number *a)
     case view_word: a->word = negated_word(a->word); return;
     case view_small:
     case view_digits:
-        for (numnode *node = a->head; node; node = node->next) node->digit = -node->digit;
+        for (numnode *node = a->head; node; node = node->next) node->digit = negated_word(node->digit);
         return;
     }
 }

@@ -1,8 +1,8 @@
 // numbers/primes.cpp -- trial division on the wheel of 6.
 //
-// After 2 and 3 only divisors of the form 6k - 1 and 6k + 1 are tried: from 5, in steps 2 and 4 by turns. Values
-// of up to 64 bits are first put to a strong pseudoprime test that is exact in that range, so that only
-// composite ones, which have a divisor, are divided to the end.
+// After 2 and 3 only divisors of the form 6k - 1 and 6k + 1 are tried: from 5, in steps 2 and 4 by turns.
+// Values of up to 64 bits are first put to a strong pseudoprime test that is exact in that range, so that
+// only composite ones, which have a divisor, are divided to the end.
 #include "numbers/primes.h"
 
 #include <cmath>
@@ -86,7 +86,8 @@ static std::uint64_t mult64(std::uint64_t a, std::uint64_t b, std::uint64_t m)
     return static_cast<std::uint64_t>(static_cast<unsigned __int128>(a) * b % m);
 }
 
-// The odd n > 2 passes the strong test to `base`: base^d = 1, or base^(d 2^i) = -1 for an i < k, n - 1 = d 2^k.
+// The odd n > 2 passes the strong test to `base`: base^d = 1, or base^(d 2^i) = -1 for an i < k, n - 1 = d
+// 2^k.
 static bool passes_strong_test(std::uint64_t n, std::uint64_t base)
 {
     const int k = __builtin_ctzll(n - 1);

@@ -1,8 +1,8 @@
 #pragma once
 // numbers/primes.h -- primes and factors of words, and the choice of a prime from a table.
 //
-// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides. 1 counts as prime:
-// it passes every test, and the language shows it so. The sign of a word is not looked at.
+// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides. 1 counts as
+// prime: it passes every test, and the language shows it so. The sign of a word is not looked at.
 
 #include <cstdint>
 #include <type_traits>
@@ -44,8 +44,8 @@ void prime_factors(std::int32_t n, word_node **list);
 // root when n + 1 is prime. list filled.
 void set_prime_quotients(word_node **list, std::int32_t n);
 
-// Return the index, counted from 1, of a prime of table[0 .. top-1] that divides neither of the long integers a
-// and b: the first from a random start on, start = top - spread - (14 random bits mod range), not below 1.
+// Return the index, counted from 1, of a prime of table[0 .. top-1] that divides neither of the long integers
+// a and b: the first from a random start on, start = top - spread - (14 random bits mod range), not below 1.
 // Return top + 1 when there is none. a, b: leading coefficients, spared. table: primes with words.
 std::int32_t select_prime(const number *a, const number *b, std::int32_t spread, std::int32_t range,
                           std::int32_t top, const number *table);

@@ -1,9 +1,9 @@
 // numbers/radix.cpp -- conversion by halves, on scratch limbs of 16 decimal digits.
 //
-// Short runs of digits are converted by Horner's rule, two binary digits a step. A longer run is cut, its upper
-// part multiplied by the power of two that the lower part stands above, and the lower part added. The cut stands
-// so that few powers are needed: up to two table lengths it is the middle, and the table has the power; above,
-// the lower part has 130 * 2^j digits, and each power is the square of the one before.
+// Short runs of digits are converted by Horner's rule, two binary digits a step. A longer run is cut, its
+// upper part multiplied by the power of two that the lower part stands above, and the lower part added. The
+// cut stands so that few powers are needed: up to two table lengths it is the middle, and the table has the
+// power; above, the lower part has 130 * 2^j digits, and each power is the square of the one before.
 #include "numbers/radix.h"
 
 #include "numbers/radix_mul.h"
@@ -14,7 +14,7 @@ static constexpr std::int32_t table_length = 130;  // entries of two_28
 static constexpr std::int32_t power_levels = 24;   // 130 * 2^24 digits are past every size
 static constexpr std::int32_t horner_limit = 28;   // digits; up to it Horner's rule is fastest (measured)
 
-// Between chains and limbs -----------------------------------------------------------------------------------
+// Between chains and limbs ----------------------------------------------------------------------------------
 
 // The limbs that `size` groups take.
 static std::int32_t pairs_of(std::int32_t size)
@@ -54,7 +54,7 @@ static void scatter_decimal(const limb *from, std::int32_t n, bool minus, number
     take_chain(c, head, tail, 2 * n - (from[n - 1] < decimal_base));
 }
 
-// Products of chains -----------------------------------------------------------------------------------------
+// Products of chains ----------------------------------------------------------------------------------------
 
 void simp_base_10_mult(const number *a, number *out, std::int32_t d, numnode **cut)
 {
@@ -110,7 +110,7 @@ void base_10_fast_mult(const number *a, const number *b, number *c)
     scatter_decimal(r, na + nb, minus, c);
 }
 
-// Conversion -------------------------------------------------------------------------------------------------
+// Conversion ------------------------------------------------------------------------------------------------
 
 // What a conversion reads: the digits to come, and 2^(28 * 130 * 2^j) for each j that its cuts need.
 struct conversion {
@@ -181,8 +181,8 @@ static int cut_level(std::int32_t size)
     return j;
 }
 
-// out = the next `size` digits; out has decimal_room(size) limbs, work 8 times that and some. Return the length,
-// 0 for zero.
+// out = the next `size` digits; out has decimal_room(size) limbs, work 8 times that and some. Return the
+// length, 0 for zero.
 static std::int32_t convert(conversion *c, std::int32_t size, limb *out, limb *work)
 {
     if (size <= horner_limit) return convert_by_horner(c, size, out);

@@ -1,10 +1,10 @@
 #pragma once
 // numbers/radix.h -- long integers to base 10^8, and products in that base.
 //
-// A decimal chain holds groups of eight decimal digits, most significant first, all of the sign of the number.
-// Dividing by 10^8 over and over is quadratic; from 16 digits on, a number is cut in two, the halves are
-// converted, and the upper one is multiplied by the power of the base that the lower one stands above. So the
-// text of a huge number costs about a product of its size, and a product in base 10^8 is needed.
+// A decimal chain holds groups of eight decimal digits, most significant first, all of the sign of the
+// number. Dividing by 10^8 over and over is quadratic; from 16 digits on, a number is cut in two, the halves
+// are converted, and the upper one is multiplied by the power of the base that the lower one stands above. So
+// the text of a huge number costs about a product of its size, and a product in base 10^8 is needed.
 
 #include "numbers/number.h"
 

@@ -1,13 +1,13 @@
 // numbers/radix_mul.cpp -- products of decimal limbs.
 //
 // A column sums in 128 bits all products that meet in one limb, and is divided by 10^16 once. Above that,
-// operands are cut in halves or thirds. Every linear step runs from the low end with a signed carry: what leaves
-// the range of a limb, on either side, goes on to the next.
+// operands are cut in halves or thirds. Every linear step runs from the low end with a signed carry: what
+// leaves the range of a limb, on either side, goes on to the next.
 #include "numbers/radix_mul.h"
 
 namespace kelmar {
 
-// Columns ----------------------------------------------------------------------------------------------------
+// Columns ---------------------------------------------------------------------------------------------------
 
 // nb <= 64.
 static void multiply_columns(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb)
@@ -40,20 +40,25 @@ static void square_columns(limb *r, const limb *a, std::int32_t n)
     r[2 * n - 1] = static_cast<limb>(carry);
 }
 
-// Linear steps -----------------------------------------------------------------------------------------------
+// Linear steps ----------------------------------------------------------------------------------------------
 
-// Return *carry mod 10^16, 0 or above, and make *carry the rest of it, by 10^16.
+// Carries are as good as random, so none of these steps branches on one.
+
+// Return *carry mod 10^16, 0 or above, and make *carry the rest of it, by 10^16; |*carry| < 2^57.
 static inline limb settle(std::int64_t *carry)
 {
-    constexpr std::int64_t base = static_cast<std::int64_t>(ten_base);
-    std::int64_t q = *carry / base;
-    std::int64_t rest = *carry - q * base;
-    if (rest < 0) {
-        rest += base;
-        --q;
-    }
-    *carry = q;
-    return static_cast<limb>(rest);
+    constexpr std::int64_t lift = 16;  // makes it positive
+    const limb v = static_cast<limb>(*carry + lift * static_cast<std::int64_t>(ten_base));
+    const limb q = v / ten_base;
+    *carry = static_cast<std::int64_t>(q) - lift;
+    return v - q * ten_base;
+}
+
+// Return sum - 10^16 and *over = 1 when sum reaches that, else sum and 0.
+static inline limb wrap_sum(limb sum, limb *over)
+{
+    *over = sum >= ten_base;
+    return sum - (ten_base & (0 - *over));
 }
 
 // r[0 .. n) = 10^(16 n) - r, r > 0.
@@ -61,9 +66,7 @@ static void complement(limb *r, std::int32_t n)
 {
     limb carry = 1;
     for (std::int32_t i = 0; i < n; ++i) {
-        const limb rest = ten_base - 1 - r[i] + carry;
-        carry = rest == ten_base;
-        r[i] = carry ? 0 : rest;
+        r[i] = wrap_sum(ten_base - 1 - r[i] + carry, &carry);
     }
 }
 
@@ -74,7 +77,7 @@ static bool distance(limb *r, const limb *low, std::int32_t n, const limb *high,
     for (std::int32_t i = 0; i < n; ++i) {
         const limb rest = low[i] - (i < nh ? high[i] : 0) - borrow;
         borrow = rest >> 63;
-        r[i] = borrow ? rest + ten_base : rest;
+        r[i] = rest + (ten_base & (0 - borrow));
     }
     if (borrow) complement(r, n);
     return borrow;
@@ -83,12 +86,9 @@ static bool distance(limb *r, const limb *low, std::int32_t n, const limb *high,
 void add_decimal(limb *r, std::int32_t n, const limb *t, std::int32_t nt)
 {
     limb carry = 0;
-    for (std::int32_t i = 0; i < n && (i < nt || carry); ++i) {
-        carry += r[i] + (i < nt ? t[i] : 0);
-        const bool over = carry >= ten_base;
-        r[i] = over ? carry - ten_base : carry;
-        carry = over;
-    }
+    std::int32_t i = 0;
+    for (; i < nt; ++i) r[i] = wrap_sum(r[i] + t[i] + carry, &carry);
+    for (; carry && i < n; ++i) r[i] = wrap_sum(r[i] + 1, &carry);
 }
 
 // r += t * 10^(16 at), where what of t would stand past r[n) is 0.
@@ -98,7 +98,8 @@ static void add_at(limb *r, std::int32_t n, std::int32_t at, const limb *t, std:
     add_decimal(r + at, room, t, room < nt ? room : nt);
 }
 
-// r[0 .. n) = x[0 .. n) + c * y[0 .. ny), ny <= n, c small; the result is known to be in range. r may be x or y.
+// r[0 .. n) = x[0 .. n) + c * y[0 .. ny), ny <= n, c small; the result is known to be in range. r may be x or
+// y.
 static void combine(limb *r, const limb *x, std::int64_t c, const limb *y, std::int32_t ny, std::int32_t n)
 {
     std::int64_t carry = 0;
@@ -109,7 +110,7 @@ static void combine(limb *r, const limb *x, std::int64_t c, const limb *y, std::
     }
 }
 
-// Halves -----------------------------------------------------------------------------------------------------
+// Halves ----------------------------------------------------------------------------------------------------
 
 // r[h .. n) += r[0 .. 2h) + r[2h .. n) - or + t[0 .. 2h): the middle term of the product of n limbs.
 static void add_middle(limb *r, std::int32_t n, std::int32_t h, limb *t, bool minus)
@@ -126,7 +127,8 @@ static void add_middle(limb *r, std::int32_t n, std::int32_t h, limb *t, bool mi
     if (top) add_at(r, n, 3 * h, &top, 1);
 }
 
-static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     const bool square = a == b && na == nb;
     const std::int32_t h = (na + 1) / 2;
@@ -139,10 +141,10 @@ static void multiply_halves(limb *r, const limb *a, std::int32_t na, const limb 
     add_middle(r, na + nb, h, scratch, turned_a == turned_b);
 }
 
-// Thirds -----------------------------------------------------------------------------------------------------
+// Thirds ----------------------------------------------------------------------------------------------------
 
-// r[0 .. k] = |a(x)| for the thirds of a as coefficients: k, k and na - 2k limbs; x is 1, -1 or 2. Return whether
-// a(x) is below 0.
+// r[0 .. k] = |a(x)| for the thirds of a as coefficients: k, k and na - 2k limbs; x is 1, -1 or 2. Return
+// whether a(x) is below 0.
 static bool evaluate(limb *r, const limb *a, std::int32_t na, std::int32_t k, std::int64_t x)
 {
     std::int64_t carry = 0;
@@ -195,7 +197,8 @@ static void interpolate(const five_decimals *v)
     combine(v->at_m1, v->at_m1, -1, v->at_2, n, n);
 }
 
-static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     const bool square = a == b && na == nb;
     const std::int32_t k = (na + 2) / 3, n = 2 * k + 2;
@@ -219,10 +222,11 @@ static void multiply_thirds(limb *r, const limb *a, std::int32_t na, const limb 
     add_at(r, na + nb, 3 * k, v.at_2, n);
 }
 
-// The choice -------------------------------------------------------------------------------------------------
+// The choice ------------------------------------------------------------------------------------------------
 
 // a is at least about twice as long as b: block by block.
-static void multiply_blocks(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb, limb *scratch)
+static void multiply_blocks(limb *r, const limb *a, std::int32_t na, const limb *b, std::int32_t nb,
+                            limb *scratch)
 {
     multiply_decimal(r, a, nb, b, nb, scratch);
     for (std::int32_t done = nb; done < na; done += nb) {

@@ -14,8 +14,8 @@ inline constexpr limb ten_base = 10000000000000000;  // 10^16: two groups of eig
 inline constexpr std::int32_t decimal_column_cut = 2;
 inline constexpr std::int32_t decimal_thirds_cut = 6;
 #else
-inline constexpr std::int32_t decimal_column_cut = 36;   // limbs; below it columns beat halves (measured)
-inline constexpr std::int32_t decimal_thirds_cut = 150;  // limbs; below it halves beat thirds (measured)
+inline constexpr std::int32_t decimal_column_cut = 40;   // limbs; below it columns beat halves (measured)
+inline constexpr std::int32_t decimal_thirds_cut = 300;  // limbs; below it halves beat thirds (measured)
 #endif
 static_assert(decimal_column_cut <= 64, "split_limb is exact for 64 products of two limbs");
 

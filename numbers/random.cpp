@@ -30,12 +30,13 @@ void randomize(int use_clock, quolynode **q)
 {
     std::int32_t value = rand_integer();
     if (use_clock) {
-        const std::uint64_t sum = static_cast<std::uint64_t>(value) + static_cast<std::uint64_t>(std::clock());
+        const std::uint64_t ticks = static_cast<std::uint64_t>(std::clock());
+        const std::uint64_t sum = static_cast<std::uint64_t>(value) + ticks;
         value = static_cast<std::int32_t>(sum & static_cast<std::uint64_t>(digit_mask));
     }
     const num_view view = live_view();
     if (view == view_modular || view == view_field) value %= modulus;
-    quoly_set(value, q);
+    plain_set(value, q);
     quot((*q)->num, &rand_denom_n, (*q)->num);
 }
 

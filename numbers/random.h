@@ -1,8 +1,8 @@
 #pragma once
 // numbers/random.h -- random words, and the random values of the language.
 //
-// All draw on the C library's random(), which the session seeds with 1 at its start: a session without a clock
-// in it can be repeated.
+// All draw on the C library's random(), which the session seeds with 1 at its start: a session without a
+// clock in it can be repeated.
 
 #include <cstdint>
 #include "numbers/number.h"
@@ -21,7 +21,8 @@ std::int32_t rand_integer2();  // the 14 leading bits of one draw
 std::int32_t rand_integer3();  // 0 .. 48870, with the processor time in it
 
 // *q = a random 28-bit integer divided by rand_denom_n, in the live view. use_clock: the processor time is
-// added to it. *q replaced. Errors: those of quot, for a rand_denom_n that is 0 or not invertible.
+// added to it. *q, null or a plain number, replaced. Errors: those of quot, for a rand_denom_n that is 0 or
+// not invertible.
 void randomize(int use_clock, quolynode **q);
 
 }  // namespace kelmar

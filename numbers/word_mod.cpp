@@ -51,8 +51,8 @@ std::int32_t spec_mod_add(std::int32_t a, std::int32_t b, std::int32_t m)
 
 // Inverses -----------------------------------------------------------------------------------------------
 
-// *r = the cofactor of a, 0 .. modulus-1: the inverse when 1 is returned, which is gcd(a, modulus). In a table
-// field 0 has gcd 0.
+// *r = the cofactor of a, 0 .. modulus-1: the inverse when 1 is returned, which is gcd(a, modulus). In a
+// table field 0 has gcd 0.
 static std::int32_t cofactor_and_gcd(std::int32_t a, std::int32_t *r)
 {
     if (finf) {

@@ -83,7 +83,8 @@ struct word_node;  // numbers/primes.h
 // Return the inverse of the product of the words of the list, any words; 1 for none. Faults: as mod_inverse.
 std::int32_t inverse_prod(const word_node *list);
 
-// Return the inverse of the product over the list of x - p, residues. Faults: as mod_inverse, for x in the list.
+// Return the inverse of the product over the list of x - p, residues. Faults: as mod_inverse, for x in the
+// list.
 std::int32_t multi_inverse_prod(const word_node *list, std::int32_t x);
 
 }  // namespace kelmar

@@ -2,12 +2,12 @@
 //
 // One walk serves all flavours. Both lists fall in exp: the larger exp gives the next term, equal exps are
 // added one level down by the same walk. A number node is a polynomial at every level, so "number meets list"
-// is no case of its own. Flavours differ in whether a term is copied or linked, sums and differences in whether
-// a term of b is turned over on the way, and both are template arguments.
+// is no case of its own. Flavours differ in whether a term is copied or linked, sums and differences in
+// whether a term of b is turned over on the way, and both are template arguments.
 //
-// Where a term is consumed its node carries the sum on: the consuming flavours take nothing from the free lists
-// but the zero that is left when all terms cancel. A spared number node is never cut off its list; what goes one
-// level down in its place is a picture of it on the stack.
+// Where a term is consumed its node carries the sum on: the consuming flavours take nothing from the free
+// lists but the zero that is left when all terms cancel. A spared number node is never cut off its list; what
+// goes one level down in its place is a picture of it on the stack.
 #include "poly/add.h"
 #include "numbers/dispatch.h"
 #include "numbers/word_mod.h"
@@ -61,8 +61,9 @@ template <ownership A, ownership B, sum_sign S> static polynode *add_numbers(pol
 
 // Single terms ---------------------------------------------------------------------------------------------
 
-// Return the coefficient of the term as a polynomial of its own. *shell = the node around it where that is ours
-// and no longer needed; one that is there already stays, and this one goes. `picture` is room for the node.
+// Return the coefficient of the term as a polynomial of its own. *shell = the node around it where that is
+// ours and no longer needed; one that is there already stays, and this one goes. `picture` is room for the
+// node.
 template <ownership O> static inline polynode *open_term(polynode *term, polynode *picture, polynode **shell)
 {
     if (term->isnum) {
@@ -112,7 +113,8 @@ template <ownership A, ownership B, sum_sign S> static polynode *add_terms(polyn
     return close_term(shell, exp, add_lists<A, B, S>(a_coef, b_coef));
 }
 
-// Return the first term of *p, times S, as a node for the sum, or null when it is the number zero. *p moves on.
+// Return the first term of *p, times S, as a node for the sum, or null when it is the number zero. *p moves
+// on.
 template <ownership O, sum_sign S> static inline polynode *cut_term(polynode **p)
 {
     polynode *term = *p;

@@ -1,7 +1,7 @@
 // poly/measure.cpp -- lengths, levels, heights and degrees.
 //
-// A wrapper is no variable, so measures that speak of variables pass over it, and those that speak of lists count
-// it. Polynomials are not uniform in depth: what asks for the deepest path walks every branch.
+// A wrapper is no variable, so measures that speak of variables pass over it, and those that speak of lists
+// count it. Polynomials are not uniform in depth: what asks for the deepest path walks every branch.
 #include "poly/measure.h"
 #include <cstring>
 #include "poly/variables.h"
@@ -135,7 +135,8 @@ void mark_vars(const polynode *p, char *flags, std::int32_t level)
     }
 }
 
-void poly_level_depth(std::int32_t a, std::int32_t b, std::int32_t n, std::int32_t *level, std::int32_t *depth)
+void poly_level_depth(std::int32_t a, std::int32_t b, std::int32_t n, std::int32_t *level,
+                      std::int32_t *depth)
 {
     const std::int32_t most = n < 1200 ? 4 : n <= 9999 ? 8 : 12;
     const std::int32_t deeper = a > b ? a : b;

@@ -1,9 +1,9 @@
 // poly/node.cpp -- making, copying, negating, releasing and comparing nested lists.
 //
-// Every routine walks a list in a loop and goes down one level by recursion, so the stack grows with the number
-// of variables and never with the number of terms. Lists are built from the front by a pointer to the place of
-// the next node. The end of a list is known from the walk that its coefficients need anyway; no list is walked
-// only to find its end.
+// Every routine walks a list in a loop and goes down one level by recursion, so the stack grows with the
+// number of variables and never with the number of terms. Lists are built from the front by a pointer to the
+// place of the next node. The end of a list is known from the walk that its coefficients need anyway; no list
+// is walked only to find its end.
 #include "poly/node.h"
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
@@ -49,27 +49,34 @@ std::int64_t live_polynodes()
 
 // Releasing -----------------------------------------------------------------------------------------------
 
-static void free_list(polynode *p)
+// Release the numbers of p and chain all nodes below it, each behind the one that it hangs from. Return the
+// last. Nodes then come off the free list in the order in which copying a polynomial takes them: a long
+// session keeps lists in memory as they are walked.
+static polynode *chain_nodes(polynode *p)
 {
-    polynode *last = nullptr;
-    for (polynode *t = p; t; t = t->next) {
-        last = t;
-        if (t->isnum) {
-            free_imag(&t->num);
-        } else if (is_constant(t->coef)) {
-            free_imag(&t->coef->num);
-            give_node(t->coef);
+    polynode *last = p;
+    while (p) {
+        polynode *next = p->next;
+        last = p;
+        if (p->isnum) {
+            free_imag(&p->num);
+        } else if (is_constant(p->coef)) {
+            last = p->next = p->coef;
+            free_imag(&last->num);
         } else {
-            free_list(t->coef);
+            p->next = p->coef;
+            last = chain_nodes(p->coef);
         }
+        last->next = next;
+        p = next;
     }
-    give_nodes(p, last);
+    return last;
 }
 
 void free_poly(polynode **p)
 {
     if (!*p) return;
-    free_list(*p);
+    give_nodes(*p, chain_nodes(*p));
     *p = nullptr;
 }
 
@@ -316,7 +323,7 @@ static bool term_is_normal(const polynode *t, std::int32_t levels)
                !iszero(t->num);
     }
     if (!t->coef || poly_iszero(t->coef)) return false;
-    if (t->exp == 0 && is_constant(t->coef)) return false;              // the number stands there as itself
+    if (t->exp == 0 && is_constant(t->coef)) return false;  // the number stands there as itself
     return poly_is_normal(t->coef, levels - 1);
 }
 

@@ -1,16 +1,20 @@
 #pragma once
 // poly/node.h -- the term of a polynomial, and the rules of the normal form.
 //
-// A polynomial is a nested sparse list, recursive by variable. With `level` the depth of a list, the outermost 1:
+// A polynomial is a nested sparse list, recursive by variable. With `level` the depth of a list, the
+// outermost 1:
 //
-//  1. It is a non-empty list in strictly falling order of exp; the list at level k holds powers of the variable at
-//     place k of polynames.
+//  1. It is a non-empty list in strictly falling order of exp; the list at level k holds powers of the
+//     variable at place k of polynames.
 //  2. Zero is one node: exp 0, the number 0. Otherwise no term has a zero coefficient. A null pointer is no
 //     polynomial, and only an initial state.
-//  3. A number stands only at exp 0: the term c is (0, number c); the term c x^e, e > 0, is (e, list of (0, number c)).
+//  3. A number stands only at exp 0: the term c is (0, number c); the term c x^e, e > 0, is (e, list of
+//     (0, number c)).
 //  4. A constant is the one node (0, number c) at every depth: it may stop the nesting anywhere.
-//  5. What does not involve the variable of its level, and is no constant, is there one wrapper (0, list below).
-//  6. So the exp 0 term is last, and is either a number or a wrapper that holds the part free of this variable.
+//  5. What does not involve the variable of its level, and is no constant, is there one wrapper (0, list
+//     below).
+//  6. So the exp 0 term is last, and is either a number or a wrapper that holds the part free of this
+//     variable.
 //  7. With `laurent`, exponents may be negative, and a number node at exp 0 can have a next.
 //
 // poly_is_normal checks all seven.
@@ -105,18 +109,27 @@ void prime_polygarb(int count);
 void poly_set(std::int32_t v, polynode **p);                    // *p = the constant v. *p replaced
 void base_poly(polynode **p, std::int32_t k);                   // *p = the variable of level k. *p replaced
 void make_monomial(polynode **p, std::int32_t e, polynode *c);  // *p = c x^e, c consumed. *p filled
-void poly_assign(const polynode *a, polynode **b);              // *b = a copy of a, numbers in the live view. *b replaced
-void one_var_poly_assign(const polynode *a, polynode **b);      // the same below leading wrappers. *b filled
-void spec_poly_assign(const polynode *a, polynode **b);         // *b = new wrappers above a's shared tail. *b filled
-void poly_inplace(polynode *p);                                 // p = -p in place
-void poly_makeneg(const polynode *a, polynode **b);             // *b = -a. *b replaced
-polynode *copy_poly(const polynode *p);                         // Return a copy of p; null of null
-polynode *negated_poly(const polynode *p);                      // Return a copy of -p; null of null
-polynode *copy_term(const polynode *p);                         // Return a copy of the first term of p alone
-polynode *negated_term(const polynode *p);                      // Return a copy of the negative of that
-void free_poly(polynode **p);                                   // release all of *p; null is allowed
-void special_free_poly(polynode **p);                           // a list whose number coefficients may be null
-void add_pad(polynode **p, std::int32_t k);                     // k wrappers on top of *p; a constant stays as it is
+void add_pad(polynode **p, std::int32_t k);                     // k wrappers above *p; a constant stays
+
+// Return a copy of p, of -p, numbers in the live view; null of null. The other two copy the first term alone.
+polynode *copy_poly(const polynode *p);
+polynode *negated_poly(const polynode *p);
+polynode *copy_term(const polynode *p);
+polynode *negated_term(const polynode *p);
+
+void poly_assign(const polynode *a, polynode **b);   // *b = a copy of a. *b replaced
+void poly_makeneg(const polynode *a, polynode **b);  // *b = -a. *b replaced
+void poly_inplace(polynode *p);                      // p = -p in place
+
+// *b = a copy of what stands below the leading wrappers of a. *b filled.
+void one_var_poly_assign(const polynode *a, polynode **b);
+
+// *b = new nodes in place of the terms of a in front of its number, coefficients and the rest shared. *b
+// filled; borrowed from a: it must never be freed with free_poly.
+void spec_poly_assign(const polynode *a, polynode **b);
+
+void free_poly(polynode **p);          // release all of *p, which becomes null; null is allowed
+void special_free_poly(polynode **p);  // the same for a list whose coefficients are numbers, or null
 
 // Tests -----------------------------------------------------------------------------------------------------
 

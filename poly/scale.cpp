@@ -41,7 +41,8 @@ void scalar_by_poly(const number *n, const polynode *p, polynode **c)
         poly_assign(p, c);
         return;
     }
-    *c = iszero(n) ? nullptr : scaled_list(const_cast<number *>(n), p);  // on purpose: a product restores its operands
+    number *factor = const_cast<number *>(n);  // on purpose: a product cuts its operands, and puts them back
+    *c = iszero(n) ? nullptr : scaled_list(factor, p);
     if (!*c) poly_set(0, c);
 }
 

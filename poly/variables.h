@@ -1,8 +1,8 @@
 #pragma once
 // poly/variables.h -- the polynomial variables and their order.
 //
-// A variable adjoined normally becomes level 1, the outermost, and every stored value that is no constant gets a
-// wrapper. One adjoined with `>` becomes the innermost level, and nothing stored changes.
+// A variable adjoined normally becomes level 1, the outermost, and every stored value that is no constant
+// gets a wrapper. One adjoined with `>` becomes the innermost level, and nothing stored changes.
 
 #include "poly/node.h"
 
@@ -29,6 +29,7 @@ inline pt *polynames = nullptr;
 inline pt *pseudo_polynames = nullptr;
 // default null; polynames, kept while a temporary ring is active; adjust_polyname_ptrs; reset: unwind
 inline pt *old_polynames = nullptr;
+// default 0; a temporary ring is active; adjust_polyname_ptrs, resume_old_polynames; reset: unwind
 inline std::int32_t using_new_polynames = 0;
 // default 0; how many there are; reset: never
 inline std::int32_t number_polys = 0;
@@ -41,25 +42,40 @@ inline std::int32_t modout_above_field = 0;
 // passed to products where no relation applies
 inline pt *const nilpol = nullptr;
 
-inline char polyvar[variable_limit][11];  // the names, sorted by strcmp
+inline constexpr std::int32_t polyvar_room = 11;    // a name of ten letters
+inline char polyvar[variable_limit][polyvar_room];  // the names, sorted by strcmp
 
-void newpt(pt **r);                      // *r = a fresh record, cut = poly_cutoff, no relation
-void newdummy(const pt *src, pt **r);    // the same with name, level and next of src
-void free_pt(pt **r);                    // release the record and what it holds
+// Records -----------------------------------------------------------------------------------------------
 
-bool its_a_polyname(const char *name);                          // by search of polyvar
-int is_poly_name(const char *name, std::int32_t *level);        // 1 and its level, or 0
-void insert_poly_name(const char *name, std::int16_t index, int lowest);  // new level 1, or the innermost; renumber
-void delete_poly_name(std::int32_t level);                      // unlink and free; renumber
+void newpt(pt **r);                    // *r = a fresh record, cut = poly_cutoff, no relation
+void newdummy(const pt *src, pt **r);  // the same with name, level and next of src
+void free_pt(pt **r);                  // release the record and what it holds; null is allowed
 
-// *p with the wrappers at `level` taken away; the variable of that level no longer occurs in it.
-void remove_one(polynode **p, std::int32_t level);
+// Make the report of free lists count polygarb and pt_garb. Called once.
+void register_poly_records();
 
-// Exchange the two outermost variables of *p.
-void swap_levels_1_2(polynode **p);
+// The table ---------------------------------------------------------------------------------------------
 
-// Work in a temporary ring of the first field_depth - 1 variables, and come back.
+bool its_a_polyname(const char *name);                    // by search of polyvar
+int is_poly_name(const char *name, std::int32_t *level);  // 1 and its level in polynames, or 0
+
+// Adjoin a variable as level 1, or as the innermost level, and renumber. Names are cut to ten letters. The
+// caller keeps to variable_limit and pads the stored values.
+void insert_poly_name(const char *name, std::int16_t index, int lowest);
+
+// Unlink and free the variable of the level, and renumber. No stored value involves it any more.
+void delete_poly_name(std::int32_t level);
+
+// Work in a temporary ring of the first field_depth - 1 variables, one level of progress deeper; come back.
 void adjust_polyname_ptrs();
 void resume_old_polynames();
+
+// Levels of polynomials -----------------------------------------------------------------------------------
+
+// *p with the wrappers at `level` taken away; the variable of that level does not occur in it. In place.
+void remove_one(polynode **p, std::int32_t level);
+
+// Exchange the two outermost variables of *p. *p replaced; its numbers are used again. Cost: a sort's.
+void swap_levels_1_2(polynode **p);
 
 }  // namespace kelmar

@@ -3,7 +3,7 @@
 //
 // There are no arrays yet: whatever names one is told that it does not exist.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

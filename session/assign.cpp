@@ -3,24 +3,14 @@
 // The computed value moves into the target's slot; nothing is copied but, at the terminal, what is to be shown.
 #include "session/assign.h"
 #include "numbers/dispatch.h"
+#include "quoly/add.h"
 #include "session/expr.h"
 #include "session/factor.h"
 #include "session/owned.h"
 #include "session/report.h"
-#include "numbers/decimal.h"
+#include "session/token_list.h"
 
 namespace kelmar {
-
-// True when nothing but blanks or a comment stands before the next line end. Only blanks are read.
-static bool line_is_over(input_stream *in)
-{
-    int c = peek_char(in);
-    while (c == ' ' || c == '\t' || c == '\r') {
-        ++in->pos;
-        c = peek_char(in);
-    }
-    return c == '\n' || c == end_of_input || c == static_cast<unsigned char>(continuation);
-}
 
 static void store(input_stream **stream, operand *v, name_node **cursor)
 {

@@ -1,6 +1,7 @@
 // session/builtin_flow.cpp -- built-ins of definitions and control flow.
 //
-// The integer evaluator reads stored lists only, so Int stores its bracket first when it is typed at the terminal.
+// The integer evaluator reads stored lists only, so Int stores its bracket first when it is typed at the
+// terminal.
 #include "session/builtin_flow.h"
 #include "session/evaluator.h"
 #include "session/expr.h"

@@ -1,7 +1,7 @@
 #pragma once
 // session/builtins.h -- built-in functions: look-up by name, dispatch by index.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

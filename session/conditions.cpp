@@ -72,6 +72,8 @@ static int compare_numbers(const number *a, const number *b, char sign)
 static int compare_values(const quolynode *a, const quolynode *b, char sign)
 {
     if (a->is_num && b->is_num) return compare_numbers(a->num, b->num, sign);
+    if (sign == '=') return quoly_equal(a, b);
+    if (sign == not_equal) return !quoly_equal(a, b);
     error(err_not_comparable, token.text);
     return 0;
 }

@@ -225,7 +225,7 @@ static void set_terminal_state()
     startexpr = prev_expr = currentchar = nullptr;
     if (mod_is_changed >= 1) modularmode = lintmode = 1;
     tt_flag = 1;
-    func_def_count = integerflag = 0;
+    func_def_count = integerflag = time_to_quit = 0;
 }
 
 void abandon_session()
@@ -263,7 +263,7 @@ static void warn_of_delicate_time()
 // the level will write over.
 struct interrupted_state {
     std::int32_t integer, definitions, modular, lint, loaded, at_terminal, flote;
-    std::int32_t leaving, exiting, cycling, cancelling, evaluating, dumping;
+    std::int32_t leaving, exiting, cycling, cancelling, evaluating, dumping, quitting;
     char pending;
     token_rec tok;
     name_node *started, *previous, *scanned;
@@ -285,6 +285,7 @@ static void save_state(interrupted_state *s)
     s->cancelling = cancelflag;
     s->evaluating = matrix_eval;
     s->dumping = syst_dump;
+    s->quitting = time_to_quit;
     s->pending = leftover[0];
     s->tok = token;
     s->started = startexpr;
@@ -312,6 +313,7 @@ static void restore_state(const interrupted_state *s)
     cancelflag = s->cancelling;
     matrix_eval = s->evaluating;
     syst_dump = s->dumping;
+    time_to_quit = s->quitting;
     leftover[0] = s->pending;
     restore_ring(&s->ring);
 }

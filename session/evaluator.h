@@ -4,7 +4,7 @@
 // Reading a variable copies nothing. An operand is two slots: p, where the value stands, possibly the storage of
 // a variable, which is read-only unless it is assigned to; and n, which holds a value that had to be computed.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

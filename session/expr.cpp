@@ -4,6 +4,9 @@
 // operation makes it private; from then on every operation works in place. The old_ and half_ families are the
 // same loops entered at another point.
 #include "session/expr.h"
+#include "quoly/add.h"
+#include "quoly/divide.h"
+#include "quoly/mul.h"
 #include "session/assign.h"
 #include "session/factor.h"
 #include "session/owned.h"

@@ -5,6 +5,7 @@
 // forms already, because its operand was a whole factor, says so.
 #include "session/factor.h"
 #include <cmath>
+#include "poly/variables.h"
 #include "session/arr_statement.h"
 #include "session/builtins.h"
 #include "session/expr.h"
@@ -16,6 +17,7 @@
 #include "session/postfix.h"
 #include "session/report.h"
 #include "session/statement.h"
+#include "session/token_list.h"
 
 namespace kelmar {
 
@@ -46,8 +48,22 @@ static void read_unknown_name(token_rec *name, operand *v)
     }
 }
 
+// The variable of the polynomials whose name is in hand.
+static void read_poly_variable(input_stream **stream, operand *v, name_node **cursor)
+{
+    std::int32_t level = 0;
+    is_poly_name(token.text, &level);
+    scanner(stream, &token, cursor);
+    quoly_variable(level, &v->n);
+    use_computed(v);
+}
+
 static void read_name(input_stream **stream, operand *v, name_node **cursor)
 {
+    if (number_polys > 0 && its_a_polyname(token.text)) {
+        read_poly_variable(stream, v, cursor);
+        return;
+    }
     token_rec name = token;
     scanner(stream, &token, cursor);
     if (token.text[0] == '[' && !token_is(&name, "if") && !token_is(&name, "while")) {
@@ -68,6 +84,7 @@ static void read_handed_over(input_stream **stream, operand *v, name_node **curs
         use_computed(v);
         return;
     }
+    if (its_a_polyname(token.text)) error(err_star_poly, token.text);
     read_name(stream, v, cursor);
     if (v->n || !v->p) return;
     v->n = *v->p;
@@ -78,7 +95,8 @@ static void read_handed_over(input_stream **stream, operand *v, name_node **curs
 
 static void read_upper_name(input_stream **stream, operand *v, name_node **cursor)
 {
-    const int index = find_built_in(token.text);
+    const bool stored_call = *cursor && (*cursor)->kind == no_builtin;
+    const int index = stored_call ? -1 : find_built_in(token.text);
     if (index >= 0) {
         builtin_func(stream, &v->n, cursor, index);
     } else {
@@ -226,11 +244,15 @@ static void read_underscore(input_stream **stream, operand *v, name_node **curso
 static void read_system_function(input_stream **stream, operand *v, name_node **cursor)
 {
     quoly_set(0, &v->n);
-    if (*cursor || !sys_func) {
-        error(*cursor ? err_not_in_function : err_no_functions, token.text);
+    if (*cursor) {
+        error(err_not_in_function, token.text);
         return;
     }
     scanner(stream, &token, cursor);
+    if (!sys_func) {
+        error(err_no_functions, "<F");
+        return;
+    }
     rerun_control_statement(stream, &v->n);
 }
 
@@ -322,18 +344,24 @@ static primary_kind read_primary(input_stream **stream, operand *v, name_node **
     return row->kind;
 }
 
+static inline bool begins_postfix(char c)
+{
+    return c == '^' || c == '!' || c == '#' || c == '"';
+}
+
 void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent)
 {
     check_stack();
     free_quoly(&v->n);
     v->col = nullptr;
+    primary_kind kind = plain_primary;
     if (*cursor && (*cursor)->linked) {
         v->p = static_cast<quolynode **>((*cursor)->ptr);
         scanner(stream, &token, cursor);
-        postfix(stream, v, cursor);
-    } else if (read_primary(stream, v, cursor) == plain_primary) {
-        postfix(stream, v, cursor);
+    } else {
+        kind = read_primary(stream, v, cursor);
     }
+    if (kind == plain_primary && begins_postfix(token.text[0])) postfix(stream, v, cursor);
     if (!v->p && !keep_absent && token.text[0] != ':') make_private(v);
 }
 

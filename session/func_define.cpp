@@ -1,8 +1,8 @@
 // session/func_define.cpp -- definitions of functions.
 //
-// A body is read by two routines that call each other: right_side reads statements up to a stop word, basic_form one
-// statement, whose `if` or loop has bodies of its own. Token lists are the business of attach. What has been read
-// hangs on a pending record, so that an error which cancels the definition releases it.
+// A body is read by two routines that call each other: right_side reads statements up to a stop word,
+// basic_form one statement, whose `if` or loop has bodies of its own. Token lists are the business of attach.
+// What has been read hangs on a pending record, so that an error which cancels the definition releases it.
 #include "session/func_define.h"
 #include "session/builtins.h"
 #include "session/errors.h"
@@ -194,8 +194,8 @@ static void read_parameters(func_node *f, list_reader *r)
     if (token.text[0] != '=') error(err_need_equals_after_params, token.text);
 }
 
-// The "." is in hand: read the token behind it. In a file the end of the line counts as ";", so that the next line
-// is not taken for a continuation.
+// The "." is in hand: read the token behind it. In a file the end of the line counts as ";", so that the next
+// line is not taken for a continuation.
 static void pass_point(list_reader *r)
 {
     if (!r->has_ahead && !*r->cursor && !tt_flag && line_is_over(*r->stream)) {

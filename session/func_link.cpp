@@ -1,11 +1,12 @@
 // session/func_link.cpp -- Compile.
 //
-// The names to be linked are gathered in a sorted table; then one walk over the rest of the body marks every token
-// that is one of them. The tokens of a parameter are chained behind the formal parameter, since each call binds new
-// storage and must tell them.
+// The names to be linked are gathered in a sorted table; then one walk over the rest of the body marks every
+// token that is one of them. The tokens of a parameter are chained behind the formal parameter, since each
+// call binds new storage and must tell them.
 //
 // Arrays and entries have one door, link_array_item: there are no arrays yet.
 #include "session/func_link.h"
+#include "poly/variables.h"
 #include "session/arr_statement.h"
 #include "session/evaluator.h"
 #include "session/func_run.h"
@@ -71,7 +72,7 @@ static void link_array_item(input_stream **stream, token_rec *name, name_node **
 static void read_item(link_table *t, input_stream **stream, name_node **cursor)
 {
     token_rec name = token;
-    if (!is_lower(name.text[0]) && name.text[0] != '[') {
+    if ((!is_lower(name.text[0]) && name.text[0] != '[') || its_a_polyname(name.text)) {
         error(err_compile_item, name.text);
         return;
     }
@@ -95,7 +96,8 @@ static void read_item(link_table *t, input_stream **stream, name_node **cursor)
     v->role = v->role == plain_variable ? linked_variable : v->role;
 }
 
-// The table of f's parameters and of the list behind Compile, in hand; the token behind the list is then in hand.
+// The table of f's parameters and of the list behind Compile, in hand; the token behind the list is then in
+// hand.
 static void read_and_link(link_table *t, func_node *f, input_stream **stream, name_node **cursor)
 {
     t->count = 0;
@@ -116,7 +118,8 @@ static void read_and_link(link_table *t, func_node *f, input_stream **stream, na
     scanner(stream, &token, cursor);
 }
 
-// The body ----------------------------------------------------------------------------------------------------
+// The body
+// ----------------------------------------------------------------------------------------------------
 
 static void do_tok_list(link_table *t, name_node *list)
 {
@@ -146,7 +149,8 @@ static void do_form(link_table *t, form_node *form)
     }
 }
 
-// Calls -------------------------------------------------------------------------------------------------------
+// Calls
+// -------------------------------------------------------------------------------------------------------
 
 // The tokens of each parameter read the slot that the call has bound.
 static void refresh_links(func_node *f)
@@ -170,7 +174,8 @@ void refresh_outer_links(func_node *f)
     refresh_links(f);
 }
 
-// The form of the body that the statement being run stands in; null when it is no statement of the body itself.
+// The form of the body that the statement being run stands in; null when it is no statement of the body
+// itself.
 static form_node *present_form(const func_node *f)
 {
     for (form_node *form = f->body; form; form = form->next) {

@@ -1,11 +1,12 @@
 // session/func_params.cpp -- the arguments of a call.
 //
-// One frame a formal parameter: each reads its argument, then the frames for the others run, and only then is its
-// parameter bound. So no argument sees a parameter of this call, and until all are read every value stands in a slot
-// that an error releases.
+// One frame a formal parameter: each reads its argument, then the frames for the others run, and only then is
+// its parameter bound. So no argument sees a parameter of this call, and until all are read every value
+// stands in a slot that an error releases.
 //
 // Arrays as arguments have one door, read_array_argument: there are no arrays yet.
 #include "session/func_params.h"
+#include "poly/variables.h"
 #include "session/arr_statement.h"
 #include "session/expr.h"
 #include "session/owned.h"
@@ -38,7 +39,7 @@ static void read_value(arguments *a, quolynode **value)
 // *value = a copy of the variable in hand, *ref = its slot; null when it has none.
 static void read_reference(arguments *a, quolynode **value, quolynode ***ref)
 {
-    if (!is_lower(token.text[0])) {
+    if (!is_lower(token.text[0]) || its_a_polyname(token.text)) {
         error(err_bad_reference, token.text);
         return;
     }
@@ -90,6 +91,7 @@ static void read_argument(arguments *a, const name_node *formal, quolynode **val
 static void bind_from(arguments *a, name_node *formal)
 {
     check_stack();
+    if (its_a_polyname(formal->text)) error(err_name_is_poly, formal->text);
     quolynode *value = nullptr;
     quolynode **ref = nullptr;
     own(&value);

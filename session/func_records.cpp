@@ -1,8 +1,8 @@
 // session/func_records.cpp -- records of stored statements.
 //
-// Chains are released by one loop: the chains inside a statement are put in front of what is still to be released,
-// so that neither a long body nor a deep nesting needs stack. That matters because the report of a nesting that is
-// too deep runs on the last pages of it.
+// Chains are released by one loop: the chains inside a statement are put in front of what is still to be
+// released, so that neither a long body nor a deep nesting needs stack. That matters because the report of a
+// nesting that is too deep runs on the last pages of it.
 #include "session/func_records.h"
 #include <cstdlib>
 #include "session/errors.h"
@@ -121,20 +121,6 @@ void retire_function(func_node *f)
 {
     f->retired = 1;
     if (f->in_use == 0) free_function(f);
-}
-
-std::int64_t free_form_count()
-{
-    std::int64_t count = 0;
-    for (const form_node *f = formhead; f; f = f->next) ++count;
-    return count;
-}
-
-std::int64_t free_cond_count()
-{
-    std::int64_t count = 0;
-    for (const cond_node *c = condhead; c; c = c->link) ++count;
-    return count;
 }
 
 // What is given up with a computation -----------------------------------------------------------------------

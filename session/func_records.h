@@ -1,11 +1,11 @@
 #pragma once
 // session/func_records.h -- the records of stored statements, and what must be released when one is given up.
 //
-// A function's body is a chain of forms, one a statement. A statement is a cond record: a plain statement has its
-// tokens, an `if` or a loop has a header and chains of its own. Token lists end in the record endlist.
+// A function's body is a chain of forms, one a statement. A statement is a cond record: a plain statement has
+// its tokens, an `if` or a loop has a header and chains of its own. Token lists end in the record endlist.
 //
-// A formal parameter is a name record: next is the next parameter, kind is 1 when it is by reference, chain is the
-// first token of a linked body that names it, and ptr the slot that these tokens read.
+// A formal parameter is a name record: next is the next parameter, kind is 1 when it is by reference, chain
+// is the first token of a linked body that names it, and ptr the slot that these tokens read.
 
 #include "session/names.h"
 
@@ -37,20 +37,17 @@ void newform(form_node **f);  // *f filled: a record with all fields null
 void newcond(cond_node **c);
 void newfunc(func_node **f);
 
-// Release the whole chain with all that hangs on it; *f becomes null. Needs no stack, however deep the nesting.
+// Release the whole chain with all that hangs on it; *f becomes null. Needs no stack, however deep the
+// nesting.
 void free_form(form_node **f);
 
 // Release a function that stands in no bucket, now or when its last active call ends.
 void retire_function(func_node *f);
 
-// Forms and conds that are on the free lists, for audits.
-std::int64_t free_form_count();
-std::int64_t free_cond_count();
-
 // What is given up with a computation -----------------------------------------------------------------------
 
-// A definition or an expression that is being read. It stands on the frame of its reader, which links it in; an
-// error that abandons the reader releases what it holds.
+// A definition or an expression that is being read. It stands on the frame of its reader, which links it in;
+// an error that abandons the reader releases what it holds.
 struct pending {
     name_node *names;     // a list of tokens
     form_node *forms;     // a chain of statements

@@ -1,8 +1,8 @@
 // session/func_run.cpp -- running stored statements.
 //
-// A statement is its token list, replayed through the parser with a cursor. What a call must put back stands on its
-// frame. After an error that pushed a level the statement it stood in is abandoned and the next one runs: a call
-// sets the point for that once, for all statements of its body.
+// A statement is its token list, replayed through the parser with a cursor. What a call must put back stands
+// on its frame. After an error that pushed a level the statement it stood in is abandoned and the next one
+// runs: a call sets the point for that once, for all statements of its body.
 #include "session/func_run.h"
 #include "session/conditions.h"
 #include "session/errors.h"
@@ -181,8 +181,9 @@ void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node *
     run_body(stream, f, n);
     lastf = lastf->prev;
     --statcount;
-    leave_call(&here);
-    if (f->linked && f->in_use > 0) refresh_outer_links(f);
+    const bool outer_call = f->linked && f->in_use > 1;
+    leave_call(&here);  // may release a function that was cancelled
+    if (outer_call) refresh_outer_links(f);
     if (lends) give_back();
     token = after;
 }

@@ -1,12 +1,13 @@
 // session/int_expr.cpp -- the evaluator on machine integers.
 //
-// An operand is a word, with the slot it came from when that can be assigned to. Names and digits, which make up
-// nearly all of an index, are read here; whatever else can be a factor is left to the evaluator of values, and its
-// value must then be a whole number.
+// An operand is a word, with the slot it came from when that can be assigned to. Names and digits, which make
+// up nearly all of an index, are read here; whatever else can be a factor is left to the evaluator of values,
+// and its value must then be a whole number.
 #include "session/int_expr.h"
 #include <cmath>
 #include "numbers/dispatch.h"
 #include "numbers/word_mod.h"
+#include "poly/variables.h"
 #include "session/arr_statement.h"
 #include "session/builtins.h"
 #include "session/evaluator.h"
@@ -33,6 +34,11 @@ static constexpr double counts_as_whole = 1e-9;  // relative distance to a whole
 
 static int float_to_word(double v, std::int32_t *word)
 {
+    if (v > -word_limit && v < word_limit) {
+        *word = static_cast<std::int32_t>(v);
+        if (*word == v) return 1;
+    }
+    *word = 0;
     const double near = std::nearbyint(v);
     const double size = std::fabs(v) > 1.0 ? std::fabs(v) : 1.0;
     const double whole = std::fabs(v - near) <= counts_as_whole * size ? near : std::trunc(v);
@@ -300,7 +306,7 @@ static void ipostfix(input_stream **stream, word_operand *v, name_node **cursor)
 static void read_primary(input_stream **stream, word_operand *v, name_node **cursor)
 {
     const char c = token.text[0];
-    if (is_lower(c)) {
+    if (is_lower(c) && !(number_polys > 0 && its_a_polyname(token.text))) {
         iread_name(stream, v, cursor);
     } else if (is_digit(c)) {
         iread_digits(stream, v, cursor);

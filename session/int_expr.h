@@ -1,11 +1,11 @@
 #pragma once
 // session/int_expr.h -- the evaluator on machine integers.
 //
-// It runs the statements of a function behind `Integer`, and reads loop bounds there. It mirrors the evaluator of
-// values on 32-bit words: division truncates, and what does not fit wraps. It reads stored lists only. A plain read
-// of a variable copies nothing, and no value record is made.
+// It runs the statements of a function behind `Integer`, and reads loop bounds there. It mirrors the
+// evaluator of values on 32-bit words: division truncates, and what does not fit wraps. It reads stored lists
+// only. A plain read of a variable copies nothing, and no value record is made.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {
@@ -19,8 +19,8 @@ void iexpre(input_stream **stream, std::int32_t *result, name_node **cursor);
 // Run one statement of values; *n replaced with its value.
 void integer_statement(input_stream **stream, quolynode **n, name_node **cursor);
 
-// *word = the value as an integer: what is near a whole number is that number, else it is cut towards zero; long
-// integers are taken modulo 2^32. Declines (0) when it is no number, or a float that fits no word.
+// *word = the value as an integer: what is near a whole number is that number, else it is cut towards zero;
+// long integers are taken modulo 2^32. Declines (0) when it is no number, or a float that fits no word.
 int value_to_word(const quolynode *value, std::int32_t *word);
 
 // *value = a bound of a loop. Errors: `wrong` when it is no number, 47 when it is 2^31 or more in magnitude.

@@ -7,6 +7,8 @@
 #include "numbers/decimal.h"
 #include "numbers/dispatch.h"
 #include "numbers/long_power.h"
+#include "quoly/add.h"
+#include "quoly/divide.h"
 #include "session/owned.h"
 #include "session/report.h"
 
@@ -27,6 +29,14 @@ void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32
     literal_to_number(&lit, n);
 }
 
+// 10^k; from the table where the power is a double itself.
+static double power_of_ten(std::int32_t k)
+{
+    static const double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    return k <= 22 ? exact[k] : std::pow(10.0, k);
+}
+
 // The decimals in hand, as a double below 1.
 static double read_float_decimals(input_stream **stream, name_node **cursor)
 {
@@ -37,7 +47,7 @@ static double read_float_decimals(input_stream **stream, name_node **cursor)
         digits = digits * 10.0 + (token.text[0] - '0');
         ++count;
     }
-    return digits / std::pow(10.0, count);
+    return digits / power_of_ten(count);
 }
 
 // *q = *q + the decimals in hand / 10^count.
@@ -112,7 +122,7 @@ static void scale_by_power_of_ten(input_stream **stream, number *n, name_node **
         n->real = sign == '+' ? n->real * 1e300 : n->real / 1e300;
         k -= 300;
     }
-    const double scale = std::pow(10.0, k);
+    const double scale = power_of_ten(k);
     n->real = sign == '+' ? n->real * scale : n->real / scale;
 }
 

@@ -3,7 +3,7 @@
 //
 // Digits are tokens like any other, so blanks between them vanish: 12 34 is 1234.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

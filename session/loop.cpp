@@ -5,6 +5,7 @@
 // then left, comes back here as an abandoned statement.
 #include "session/loop.h"
 #include "session/evaluator.h"
+#include "poly/variables.h"
 #include "quoly/display.h"
 #include "session/output.h"
 #include "session/owned.h"
@@ -33,9 +34,11 @@ static void show_result(const quolynode *result)
     }
     const bool show = token.text[0] != '@' && noisy;
     extra_line_end();
+    const bool variables = polynames != nullptr;
+    const value_form form = {1, 1, promptsize > 0, variables && extra_line, 0, nullptr};
     std::int32_t dummy = 0;
-    if (show) quoly_display(Output, 1, 1, result, &dummy);
-    if (noisy) extra_line_end();
+    if (show) quoly_display(Output, &form, result, &dummy);
+    if (noisy && !variables) extra_line_end();
 }
 
 // Show the value and the time, and make the value the one that `<` yields.

@@ -1,7 +1,7 @@
 #pragma once
 // session/loop.h -- the read-evaluate-display loop.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

@@ -1,12 +1,16 @@
 // session/loops.cpp -- loops.
 //
 // The counter of a loop is kept as a machine integer and written into the variable's number record, with no
-// allocation. The variable is looked up again only when something was cancelled since. A range expression replays
-// its body once a round; what is typed at the terminal is first stored, so that there is a list to replay.
+// allocation. The variable is looked up again only when something was cancelled since. A range expression
+// replays its body once a round; what is typed at the terminal is first stored, so that there is a list to
+// replay.
 //
 // Loops over the stored positions of a sparse array have one door, read_positions: there are no arrays yet.
 #include "session/loops.h"
 #include "numbers/mode.h"
+#include "poly/variables.h"
+#include "quoly/add.h"
+#include "quoly/mul.h"
 #include "session/arr_statement.h"
 #include "session/conditions.h"
 #include "session/evaluator.h"
@@ -120,7 +124,7 @@ static void read_stop_and_step(input_stream **stream, for_loop *loop, name_node 
 void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor)
 {
     *loop = {token, nullptr, 0, 0, 1, 0, 1, 1};
-    if (!is_lower(token.text[0])) {
+    if (!is_lower(token.text[0]) || its_a_polyname(token.text)) {
         error(err_bad_loop_counter, token.text);
         return;
     }
@@ -186,12 +190,13 @@ void while_statement(input_stream **stream, const cond_node *cond, quolynode **n
     }
 }
 
-// Ranges ------------------------------------------------------------------------------------------------------
+// Ranges
+// ------------------------------------------------------------------------------------------------------
 
 struct range {
     bool product;
-    bool words;         // machine integers are added up, not values
-    quolynode *value;   // the sum so far
+    bool words;        // machine integers are added up, not values
+    quolynode *value;  // the sum so far
     std::int32_t word;
 };
 

@@ -15,6 +15,8 @@ namespace kelmar {
 
 // default null; variables cancelled while an operand may point at them; remove_var; reset: end of borrowing
 static var_node *doomed = nullptr;
+// default null; linked variables that were cancelled; remove_var; reset: never
+static var_node *orphans = nullptr;
 
 std::int16_t hash(const char *text, int m)
 {
@@ -133,7 +135,10 @@ int remove_var(token_rec *name)
         ++cancel_count;
         if (v->role == parameter) {
             v->role = cancelled_parameter;
-        } else if (v->role != linked_variable) {  // on purpose: a linked body may still read that record
+        } else if (v->role == linked_variable) {  // on purpose: a linked body may still read that record
+            v->next = orphans;
+            orphans = v;
+        } else {
             v->next = doomed;
             doomed = v;
             if (!borrowed) free_doomed_vars();
@@ -152,6 +157,18 @@ void free_doomed_vars()
         v->next = var_garb;
         var_garb = v;
     }
+}
+
+void for_each_scalar(void (*f)(quolynode **slot))
+{
+    for (var_node *bucket : sca_store) {
+        for (var_node *v = bucket; v; v = v->next) f(&v->value);
+    }
+    for (var_node *v = doomed; v; v = v->next) f(&v->value);
+    for (var_node *v = params_top; v; v = v->below) {
+        if (v->role == cancelled_parameter) f(&v->value);
+    }
+    for (var_node *v = orphans; v; v = v->next) f(&v->value);
 }
 
 // Parameters --------------------------------------------------------------------------------------------

@@ -4,7 +4,7 @@
 // New records go to the head of their bucket, so a look-up finds the newest record of a name. That is how a
 // parameter hides a variable for the time of a call, and a second definition an older function.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {
@@ -70,21 +70,26 @@ void spec_retrieve(token_rec *name, quolynode **n, quolynode ***p);
 // Set the variable, taking *value over; a new record goes to the head of its bucket. *record = its record.
 void insert_var(token_rec *name, quolynode **value, var_node **record);
 
-// Bind a parameter: insert a record of the name at the head of its bucket, whether or not the name exists, with
-// *value taken over. ref: the caller's slot of a by-reference parameter, else null.
+// Bind a parameter: insert a record of the name at the head of its bucket, whether or not the name exists,
+// with *value taken over. ref: the caller's slot of a by-reference parameter, else null.
 var_node *push_param(token_rec *name, quolynode **value, quolynode **ref);
 
-// Release the parameters bound since params_top was `mark`, newest first. A by-reference parameter gives its value
-// to the caller's slot.
+// Release the parameters bound since params_top was `mark`, newest first. A by-reference parameter gives its
+// value to the caller's slot.
 void pop_params(var_node *mark);
 
 // The value is the mark of an array parameter.
 bool is_array_mark(const quolynode *value);
 
-// Delete the newest variable of the name. Declines (0) when there is none. While an operand is borrowed the record
-// is only taken off its bucket, and free_doomed_vars releases it later; a parameter's is released at its call's end.
+// Delete the newest variable of the name. Declines (0) when there is none. While an operand is borrowed the
+// record is only taken off its bucket, and free_doomed_vars releases it later; a parameter's is released at
+// its call's end.
 int remove_var(token_rec *name);
 void free_doomed_vars();
+
+// Call f on the slot of every scalar value: shadowed variables and parameters too, and variables that wait
+// for their release.
+void for_each_scalar(void (*f)(quolynode **slot));
 
 // The newest function of the name, or null. Fills tok->index.
 func_node *find_func(token_rec *tok);
@@ -92,7 +97,8 @@ func_node *find_func(token_rec *tok);
 // Take the newest function of the name off its bucket, and release it. Declines (0) when there is none.
 int remove_function(token_rec *name);
 
-// Take all functions of the name but the newest off their bucket, and release them. Declines (0) when there is none.
+// Take all functions of the name but the newest off their bucket, and release them. Declines (0) when there
+// is none.
 int keep_newest_function(token_rec *name);
 
 // Variable records on the free list, but at most limit + 1.

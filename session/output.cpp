@@ -2,6 +2,7 @@
 #include "session/output.h"
 #include <sys/stat.h>
 #include <unistd.h>
+#include "session/report.h"
 
 namespace kelmar {
 
@@ -19,6 +20,16 @@ void find_watchers()
 void flush_output()
 {
     if (watched) std::fflush(Output);
+}
+
+bool is_terminal_output(const std::FILE *out)
+{
+    return out == Output;
+}
+
+void line_written(std::FILE *out)
+{
+    if (is_terminal_output(out)) flush_output();
 }
 
 }  // namespace kelmar

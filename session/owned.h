@@ -5,7 +5,7 @@
 // abandons the statement, every announced slot is freed before the jump, so that a session may fail a million
 // times and stay as small as it was. Announce and withdraw are two stores each.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 
 namespace kelmar {
 

@@ -5,6 +5,8 @@
 #include "numbers/combinat.h"
 #include "numbers/dispatch.h"
 #include "numbers/long_power.h"
+#include "poly/power.h"
+#include "quoly/divide.h"
 #include "session/expr.h"
 #include "session/factor.h"
 #include "session/owned.h"
@@ -56,7 +58,7 @@ static bool is_unit(const number *n)
     return iszero(n) || equal_to_pm1(n, &minus);
 }
 
-void raise_to_power(quolynode **q, std::int32_t e)
+static void raise_number(quolynode **q, std::int32_t e)
 {
     number *n = (*q)->num;
     if (exact_integers() && n->size * std::int64_t{e < 0 ? -(e + 1) : e} > largest_power && !is_unit(n)) {
@@ -82,6 +84,26 @@ void raise_to_power(quolynode **q, std::int32_t e)
     quoly_set(1, &one);
     quoly_quot(one, *q, 0, q);
     free_quoly(&one);
+}
+
+void raise_to_power(quolynode **q, std::int32_t e)
+{
+    if ((*q)->is_num) {
+        raise_number(q, e);
+    } else if (e >= 0) {
+        compute_power(&(*q)->top, e, polynames);
+        polynum_to_quoly(q);
+    } else if (e == INT32_MIN) {
+        error(err_bad_exponent, "^");
+    } else {
+        quolynode *one = nullptr;
+        own(&one);
+        quoly_set(1, &one);
+        quoly_quot(one, *q, 0, q);
+        disown();
+        free_quoly(&one);
+        raise_to_power(q, -e);
+    }
 }
 
 static void power(input_stream **stream, operand *v, name_node **cursor)
@@ -128,7 +150,7 @@ static void take_evaluation(input_stream **stream, operand *v, name_node **curso
 static void differentiate(operand *v)
 {
     make_private(v);
-    if (v->n->is_num) quoly_set(0, &v->n);
+    quoly_differen_once(&v->n);
 }
 
 void postfix(input_stream **stream, operand *v, name_node **cursor)

@@ -9,10 +9,12 @@ namespace kelmar {
 // Errors: 22 32 94 116 130 150 347.
 void postfix(input_stream **stream, operand *v, name_node **cursor);
 
-// Read an exponent: a factor (as_factor 1), or a sum of terms. *e = it as a word. Declines (0) after error 116 or 32.
+// Read an exponent: a factor (as_factor 1), or a sum of terms. *e = it as a word. Declines (0) after error
+// 116 or 32.
 int get_exponent(input_stream **stream, name_node **cursor, std::int32_t *e, int as_factor);
 
-// *q = *q ^ e. Errors: 22 for a negative power of 0; the value is then 1.
+// *q = *q ^ e. *q is announced. Errors: 32 for exponents that leave the words; 62; 22 for a negative power of
+// 0; the value is then 1.
 void raise_to_power(quolynode **q, std::int32_t e);
 
 }  // namespace kelmar

@@ -6,6 +6,7 @@
 // that it pushed was left again. So the line after a call of error says what value goes on.
 
 #include <cstdint>
+#include <cstdio>
 #include "session/errnums.h"
 #ifdef KELMAR_STORM
 #include "session/storm.h"
@@ -25,7 +26,8 @@ void warning(int n, const char *errname);
 // Report an internal fault. With `stop` a new command level is pushed, on top of the intact state.
 void kelmar_error(const char *text, int stop);
 
-// default 0; an interrupt waits to be answered; the signal handler sets, answer_interrupt clears; reset: unwind
+// default 0; an interrupt waits to be answered; the signal handler sets, answer_interrupt clears; reset:
+// unwind
 inline volatile int interrupt_flag = 0;
 
 // Answer a waiting interrupt: push a command level here. Returns when that level is left.
@@ -57,5 +59,26 @@ inline std::int32_t warn_cnt = 0;
 
 // default 0; progress lines are written; the switch &V
 inline std::int32_t verbose = 0;
+
+// Long output -------------------------------------------------------------------------------------------
+
+// `out` is the terminal's output stream.
+bool is_terminal_output(const std::FILE *out);
+
+// A line of a long value was written: show it, where somebody may be watching.
+void line_written(std::FILE *out);
+
+// Progress of long runs, of which each step may report its own steps -------------------------------------
+
+// default 0; steps inside steps that report; dumpitt, decr_dumpitt; reset: unwind
+inline std::int32_t dumpitt_level = 0;
+
+// A step inside the present one begins that has n parts. With verbose, and not too deep inside loops, write
+// text and n on the progress line; drop: on a new one. show 0: count only. colon: a colon follows, else a
+// point.
+void dumpitt(const char *text, std::int32_t n, int drop, int show, int colon);
+
+// The step that dumpitt(.., n, ..) began is done.
+void decr_dumpitt(std::int32_t n);
 
 }  // namespace kelmar

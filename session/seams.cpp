@@ -13,11 +13,6 @@ namespace kelmar {
     restart_session();
 }
 
-void attach_poly_command(input_stream **, name_node **, bool)
-{
-    decline();
-}
-
 void set_mod_out_command(input_stream **, name_node **, bool)
 {
     decline();
@@ -46,11 +41,6 @@ void global_dump_command()
     decline();
 }
 
-void read_quoly_literal(input_stream **, quolynode **, name_node **)
-{
-    decline();
-}
-
 void check_for_mod_out()
 {
 }
@@ -60,6 +50,14 @@ bool change_laurent(std::int32_t)
     if (!lintmode) decline();
     error(err_not_in_this_ring, token.text);
     return false;
+}
+
+void arrays_on_adjoin()
+{
+}
+
+void arrays_on_cancel(std::int32_t)
+{
 }
 
 bool get_from_array(token_rec *name, char *text, int)

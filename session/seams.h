@@ -8,10 +8,6 @@
 
 namespace kelmar {
 
-// Adjoin or cancel a polynomial variable. asks: behind &J , else from the = or > of &(J = x) on; `)` is
-// then left in hand.
-void attach_poly_command(input_stream **stream, name_node **cursor, bool asks);
-
 // Give a polynomial to mod out by. asks: behind &P , else from the = of &(P = ...) on; `)` is then left in
 // hand.
 void set_mod_out_command(input_stream **stream, name_node **cursor, bool asks);
@@ -30,14 +26,16 @@ void list_functions_command(input_stream **stream, name_node **cursor);
 // Show all settings.
 void global_dump_command();
 
-// *n = the polynomial or quotient that begins with the token in hand, written as it is displayed.
-void read_quoly_literal(input_stream **stream, quolynode **n, name_node **cursor);
-
 // Report an error where negative exponents would meet a relation that forbids them.
 void check_for_mod_out();
 
 // laurent = v, and all stored values follow. Errors: 377 in the word rings. Declines (0) after it.
 bool change_laurent(std::int32_t v);
+
+// The array entries follow when a variable was adjoined as level 1, and when the variable of a level is set
+// to 1, before it goes.
+void arrays_on_adjoin();
+void arrays_on_cancel(std::int32_t level);
 
 // text = the characters of the array `name`, at most room - 1 of them. Errors: 28. Declines (0) after it.
 bool get_from_array(token_rec *name, char *text, int room);

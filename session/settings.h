@@ -2,8 +2,9 @@
 // session/settings.h -- switches and tables whose modules do not exist yet; each moves to its module when
 // that comes.
 
-#include "numbers/plain_quoly.h"
+#include "poly/display.h"
 #include "poly/mul.h"
+#include "quoly/quoly.h"
 
 namespace kelmar {
 
@@ -33,10 +34,6 @@ inline void reset_cutoffs(std::int32_t v)
 
 // Display -----------------------------------------------------------------------------------------------
 
-// default 0; polynomials of several variables are shown as a list of monomials; &2; reset: never
-inline std::int32_t monomial_list = 0;
-// default 1; the display of a long polynomial stops after 150 lines; &_s; reset: never
-inline std::int32_t do_line_sup = 1;
 // default 0; more progress lines than verbose gives; &W; reset: never
 inline std::int32_t windy = 0;
 

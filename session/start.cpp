@@ -11,6 +11,7 @@
 #include "numbers/mode.h"
 #include "numbers/random.h"
 #include "numbers/startup.h"
+#include "poly/variables.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/execname.h"
@@ -43,22 +44,34 @@ static constexpr rlim_t wanted_stack = rlim_t{1} << 30;  // bytes
 static constexpr rlim_t stack_reserve = 262144;          // bytes that check_stack keeps for a report
 
 // Where the stack is smaller than it may be, raise its limit and start the program once more: the room below a
-// stack is laid out when a program starts. Then set the floor that check_stack asks for.
+// stack is laid out when a program starts.
 static void raise_stack_limit(char **argv)
 {
     struct rlimit limit;
     if (getrlimit(RLIMIT_STACK, &limit) != 0) return;
-    const rlim_t usable = limit.rlim_cur < wanted_stack ? limit.rlim_cur : wanted_stack;
-    const rlim_t wanted = limit.rlim_max < wanted_stack ? limit.rlim_max : wanted_stack;
-    if (usable < wanted) {
-        limit.rlim_cur = wanted;
-        const int result = setrlimit(RLIMIT_STACK, &limit);
-        if (result == 0) execv("/proc/self/exe", argv);
-        if (result != 0) std::fprintf(stderr, "setrlimit returned result = %d\n", result);
+    const struct rlimit before = limit;
+    limit.rlim_cur = limit.rlim_max < wanted_stack ? limit.rlim_max : wanted_stack;
+    if (before.rlim_cur >= limit.rlim_cur) return;
+    const int result = setrlimit(RLIMIT_STACK, &limit);
+    if (result != 0) {
+        std::fprintf(stderr, "setrlimit returned result = %d\n", result);
+        return;
     }
+    execv("/proc/self/exe", argv);
+    setrlimit(RLIMIT_STACK, &before);  // it could not be started again: this is the stack there is
+}
+
+// Set the floor that check_stack asks for.
+static void set_stack_floor()
+{
+    struct rlimit limit;
+    if (getrlimit(RLIMIT_STACK, &limit) != 0) return;
+    const rlim_t usable = limit.rlim_cur < wanted_stack ? limit.rlim_cur : wanted_stack;
     char *here = static_cast<char *>(__builtin_frame_address(0));
     stack_floor = usable > stack_reserve ? here - (usable - stack_reserve) : here;
 }
+
+static constexpr int primed_nodes = 5001;  // on the free list of polynomial terms before the first prompt
 
 // The values 1 to 998, as numbers that hold in every mode.
 static void make_denom()
@@ -96,13 +109,18 @@ static void register_free_lists()
 
 void prepare_session(const char *data_directory)
 {
+    set_stack_floor();
     open_stashes();
     register_free_lists();
+    register_poly_records();
     make_ring();
     make_trace();
     make_owned();
     init_psets();
     initialize(data_directory);
+#ifndef KELMAR_MALLOC_RECORDS
+    prime_polygarb(primed_nodes);
+#endif
     srandom(1);
     make_denom();
     initial_memory = static_cast<std::int64_t>(memavail()) / 4;

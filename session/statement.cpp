@@ -142,6 +142,10 @@ static const statement_row statements[] = {
 
 void parse(input_stream **stream, quolynode **result, name_node **cursor)
 {
+    if (is_lower(token.text[0])) {
+        value_statement(stream, result, cursor);
+        return;
+    }
     for (const statement_row &row : statements) {
         if (row.first != token.text[0]) continue;
         row.run(stream, result, cursor);

@@ -1,7 +1,7 @@
 #pragma once
 // session/statement.h -- one statement, told by its first character.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

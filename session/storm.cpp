@@ -8,6 +8,7 @@
 #include "session/input.h"
 #include "session/levels.h"
 #include "session/output.h"
+#include "session/prompt.h"
 #include "session/report.h"
 #include "session/scanner.h"
 #include "storage/undo.h"
@@ -28,15 +29,18 @@ void storm_poll()
     std::FILE *const output = Output;
     quolynode *const last_value = prevnum;
     const std::int32_t warned = warn_cnt;
+    const std::int32_t prompt_length = promptsize;
     raging = 1;
     open_text(&answers, leave, sizeof leave - 1);
     Input = &answers;
     Output = unseen;
     prevnum = nullptr;
+    promptsize = 1;  // a longer prompt swallows more of the answer
     error(new_level, " ");
     free_quoly(&prevnum);
     prevnum = last_value;
     warn_cnt = warned;
+    promptsize = prompt_length;
     Input = input;
     Output = output;
     raging = 0;

@@ -5,6 +5,9 @@
 #include "session/switch_commands.h"
 #include <ctime>
 #include "numbers/mode.h"
+#include "quoly/add.h"
+#include "quoly/mul.h"
+#include "session/attach.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
@@ -13,6 +16,7 @@
 #include "session/loop.h"
 #include "session/output.h"
 #include "session/owned.h"
+#include "session/poly_readin.h"
 #include "session/report.h"
 #include "session/seams.h"
 #include "session/unwind.h"
@@ -184,7 +188,7 @@ void true_integer_value(input_stream **stream, quolynode **result, name_node **c
 void read_value_literal(input_stream **stream, quolynode **result, name_node **cursor)
 {
     scanner(stream, &token, cursor);
-    read_quoly_literal(stream, result, cursor);
+    quoly_readin(stream, result, cursor);
 }
 
 // Listings ----------------------------------------------------------------------------------------------
@@ -219,12 +223,12 @@ void show_dup(input_stream **, quolynode **, name_node **)
 
 void attach_poly_switch(input_stream **stream, quolynode **, name_node **cursor)
 {
-    attach_poly_command(stream, cursor, true);
+    attach_poly(stream, cursor, true);
 }
 
 void read_attach_poly(input_stream **stream, quolynode **, name_node **cursor)
 {
-    attach_poly_command(stream, cursor, false);
+    attach_poly(stream, cursor, false);
 }
 
 void set_mod_out_switch(input_stream **stream, quolynode **, name_node **cursor)

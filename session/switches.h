@@ -4,7 +4,7 @@
 // switches.def has the rows. A letter behind & or &_ finds its row through find_switch; so does the letter of
 // &(x = v). Whatever is only on or off is changed by one routine, for both forms.
 
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {

@@ -1,8 +1,9 @@
 // session/token_list.cpp -- reading tokens into stored lists.
 //
-// A stack of what is open decides: whether a stop word counts, whether a line end ends the statement, is dropped
-// (in brackets) or is stored (in a block), and whether "." ends a definition or is a decimal point. Words that are
-// keywords only in the head of a loop are told from names by whether an operand has just ended.
+// A stack of what is open decides: whether a stop word counts, whether a line end ends the statement, is
+// dropped (in brackets) or is stored (in a block), and whether "." ends a definition or is a decimal point.
+// Words that are keywords only in the head of a loop are told from names by whether an operand has just
+// ended.
 #include "session/token_list.h"
 #include "numbers/decimal.h"  // continuation
 #include "session/builtins.h"
@@ -20,11 +21,11 @@ struct open_list {
     name_node **end;  // where the next record goes
     name_node *last;  // the record stored last
     int depth;
-    int blocks;       // of what is open: do and if
-    bool loop_head;   // outside all brackets stands the head of a loop
-    bool operand;     // an operand has just ended
-    bool bar;         // an absolute value is open
-    bool range_next;  // a `<` would begin the head of a range
+    int blocks;             // of what is open: do and if
+    bool loop_head;         // outside all brackets stands the head of a loop
+    bool operand;           // an operand has just ended
+    bool bar;               // an absolute value is open
+    bool range_next;        // a `<` would begin the head of a range
     char open[open_limit];  // ( [ < for brackets, d i for blocks, F for definitions
 };
 
@@ -112,6 +113,7 @@ static void append_token(open_list *l)
     if (is_lower(token.text[0])) index = hash(token.text, lower_buckets);
     if (is_upper(token.text[0])) index = hash(token.text, upper_buckets);
     append(l, token.text, index, blank_follows(l->r));
+    if (is_upper(token.text[0]) && find_built_in(token.text) < 0) l->last->kind = no_builtin;
 }
 
 static void begin_list(open_list *l, list_reader *r, name_node **list)
@@ -221,9 +223,7 @@ static void note_mark(open_list *l, bool behind_and)
     l->operand = false;
     switch (c) {
     case '(':
-    case '[':
-        open_one(l, c);
-        break;
+    case '[': open_one(l, c); break;
     case ')':
     case ']':
         if (behind_and) break;
@@ -242,19 +242,17 @@ static void note_mark(open_list *l, bool behind_and)
         close_one(l, '<');
         break;
     case '!':
-    case '"':
-        l->operand = was_operand;
-        break;
+    case '"': l->operand = was_operand; break;
     case '|':
         l->operand = was_operand;
         note_bar(l);
         break;
-    default:
-        break;
+    default: break;
     }
 }
 
-// Storing -----------------------------------------------------------------------------------------------------
+// Storing
+// -----------------------------------------------------------------------------------------------------
 
 // A ";" stands inside brackets, a block or a definition.
 static void store_semicolon(open_list *l)
@@ -305,9 +303,9 @@ static void store_token(open_list *l)
     next_token(l->r);
 }
 
-// "." is in hand where it would end a definition. It is a decimal point when an operand is missing before it, or a
-// digit stands there, and a digit follows. Then it is stored, and the digit is in hand. Otherwise true, with the
-// token that was read to see waiting.
+// "." is in hand where it would end a definition. It is a decimal point when an operand is missing before it,
+// or a digit stands there, and a digit follows. Then it is stored, and the digit is in hand. Otherwise true,
+// with the token that was read to see waiting.
 static bool ends_definition(open_list *l)
 {
     list_reader *r = l->r;
@@ -340,7 +338,8 @@ bool at_stop(const char *stop)
 // The token in hand ends the list. May store a decimal point on the way.
 static bool list_ends(open_list *l, const char *stop)
 {
-    if (token.text[0] == ';' || token.text[0] == endlist[0] || is_closing_word() || at_stop(stop)) close_ranges(l);
+    if (token.text[0] == ';' || token.text[0] == endlist[0] || is_closing_word() || at_stop(stop))
+        close_ranges(l);
     if (input_is_cut(l->r)) {
         if (l->depth > 0 || token.text[0] != ';') error(err_end_inside_definition, token.text);
         return true;
@@ -372,7 +371,8 @@ void attach(list_reader *r, const char *stop, bool loop_head, name_node **list)
     last_attached = loop_head ? (*list)->next : *list;
 }
 
-// Ranges ------------------------------------------------------------------------------------------------------
+// Ranges
+// ------------------------------------------------------------------------------------------------------
 
 static bool is_broken()
 {
@@ -425,7 +425,8 @@ void obtain_sum(list_reader *r, name_node **list)
     end_list(&l);
 }
 
-// Comments ------------------------------------------------------------------------------------------------------
+// Comments
+// ------------------------------------------------------------------------------------------------------
 
 void read_comment(list_reader *r, name_node **list)
 {

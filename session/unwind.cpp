@@ -4,11 +4,13 @@
 // that the abandoned evaluators own go back to their free lists. Nothing on the frames in between has a
 // destructor.
 #include "session/unwind.h"
+#include "poly/variables.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/func_records.h"
 #include "session/levels.h"
 #include "session/owned.h"
+#include "session/progress.h"
 #include "session/scanner.h"
 #include "storage/undo.h"
 
@@ -20,9 +22,16 @@ struct forgetter {
     int only_abandoned;  // 1: not when a new level is pushed on top of the computation
 };
 
+static void leave_temporary_ring()
+{
+    if (using_new_polynames) resume_old_polynames();
+}
+
 static const forgetter forgetters[] = {
     {evaluator_on_error, 0},
     {forget_warnings, 0},
+    {leave_temporary_ring, 1},
+    {progress_on_unwind, 1},
 };
 
 void set_abandon_point(abandon_point *here)
@@ -66,6 +75,7 @@ void jump_to_restart()
 
 void jump_to_exit()
 {
+    release_abandoned();
     siglongjmp(buf98, 1);
 }
 

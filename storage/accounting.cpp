@@ -4,6 +4,7 @@
 // memory weigh; a limit below zero leaves a list out.
 #include "storage/accounting.h"
 #include "numbers/plain_quoly.h"
+#include "poly/mass.h"
 #include "storage/low_memory.h"
 
 namespace kelmar {
@@ -45,7 +46,7 @@ std::int64_t sizenumber(const number *n)
 
 std::int64_t sizequoly(const quolynode *q)
 {
-    return quolysize + (q->is_num ? sizenumber(q->num) : 0);
+    return quolysize + (q->is_num ? sizenumber(q->num) : sizepoly(q->top) + sizepoly(q->den));
 }
 
 std::int64_t mass_gcd_stash()

@@ -4,7 +4,7 @@
 // kind finds it.
 #include "storage/low_memory.h"
 #include <cstdio>
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "session/report.h"
 
 namespace kelmar {

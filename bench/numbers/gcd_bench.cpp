@@ -1,8 +1,8 @@
 // bench/numbers/gcd_bench.cpp -- common divisors, reduced fractions and square roots beside GMP's.
 //
 // Each line times the routine and GMP's on the same values, turn by turn in one run. Time is a round over all
-// pairs; `ns` is one operation of ours, `gmp` one of GMP's, `ratio` ours by GMP's. The label is a checksum of the
-// results, the same on every machine.
+// pairs; `ns` is one operation of ours, `gmp` one of GMP's, `ratio` ours by GMP's. The label is a checksum of
+// the results, the same on every machine.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
 #include <chrono>
@@ -12,7 +12,7 @@
 
 using namespace kelmar;
 
-// Operands ---------------------------------------------------------------------------------------------------
+// Operands --------------------------------------------------------------------------------------------------
 
 static constexpr int most_pairs = 64;
 
@@ -72,7 +72,7 @@ static void tear_down(operands *o)
     mpz_clears(o->zc, o->zu, o->zv, nullptr);
 }
 
-// Routines ---------------------------------------------------------------------------------------------------
+// Routines --------------------------------------------------------------------------------------------------
 
 struct routine {
     const char *name;
@@ -105,7 +105,7 @@ static const routine routines[] = {
      [](operands *o, int i) { mpz_sqrt(o->zc, o->za[i]); }, 0},
 };
 
-// Measuring --------------------------------------------------------------------------------------------------
+// Measuring -------------------------------------------------------------------------------------------------
 
 template <class F> static double seconds_of(F f)
 {

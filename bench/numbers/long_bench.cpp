@@ -1,8 +1,9 @@
 // bench/numbers/long_bench.cpp -- sums, products and quotients of long integers beside GMP's.
 //
 // Each line times the routine and GMP's on the same values, turn by turn in one run. `ours` and `gmp` are the
-// nanoseconds of one operation in the best batch, `ratio` ours by GMP's, `growth` the exponent from the size before; the time
-// column is a batch of operations. The label is a checksum of the results, the same on every machine.
+// nanoseconds of one operation in the best batch, `ratio` ours by GMP's, `growth` the exponent from the size
+// before; the time column is a batch of operations. The label is a checksum of the results, the same on every
+// machine.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
 #include <algorithm>
@@ -109,7 +110,7 @@ template <class F> static double seconds_of(F f)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// The exponent of the growth of time from the size before n; 0 for the first. A size may be run several times.
+// The exponent of the growth of time from the size before n; 0 for the first. A size may run several times.
 static double growth(routine *r, std::int64_t n, double time)
 {
     if (n != r->size) {
@@ -119,7 +120,8 @@ static double growth(routine *r, std::int64_t n, double time)
     r->size = n;
     r->time = time;
     if (r->size_before == 0) return 0;
-    return std::log(time / r->time_before) / std::log(static_cast<double>(n) / static_cast<double>(r->size_before));
+    const double longer = static_cast<double>(n) / static_cast<double>(r->size_before);
+    return std::log(time / r->time_before) / std::log(longer);
 }
 
 static void run(benchmark::State &state, routine *r)

@@ -8,6 +8,9 @@
 #include <string>
 #include "numbers/decimal.h"
 #include "numbers/plain_quoly.h"
+#include "quoly/add.h"
+#include "quoly/divide.h"
+#include "quoly/mul.h"
 
 using namespace kelmar;
 

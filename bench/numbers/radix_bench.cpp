@@ -1,9 +1,9 @@
 // bench/numbers/radix_bench.cpp -- decimal form of long integers beside GMP's, and two whole tasks.
 //
-// `to_decimal` makes the decimal chain, GMP the text; `ns` and `gmp` are one conversion, `ratio` ours by GMP's.
-// `in_products` is the time in products of two numbers of that size, the bound being 3. The tasks make a large
-// number and write its text, as a session would. The label is a checksum of the results, the same on every
-// machine.
+// `to_decimal` makes the decimal chain, GMP the text; `ns` and `gmp` are one conversion, `ratio` ours by
+// GMP's. `in_products` is the time in products of two numbers of that size, the bound being 3. The tasks make
+// a large number and write its text, as a session would. The label is a checksum of the results, the same on
+// every machine.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
 #include <chrono>
@@ -55,7 +55,7 @@ static void label(benchmark::State &state, std::uint32_t sum)
     state.SetLabel(text);
 }
 
-// Conversion -------------------------------------------------------------------------------------------------
+// Conversion ------------------------------------------------------------------------------------------------
 
 static void bm_to_decimal(benchmark::State &state)
 {
@@ -100,10 +100,10 @@ static void bm_to_decimal(benchmark::State &state)
     for (number *m : {&n, &other, &out, &product}) special_free(m);
     mpz_clear(z);
 }
-BENCHMARK(bm_to_decimal)->UseManualTime()->MinTime(0.1)->Arg(1)->Arg(2)->Arg(4)->Arg(16)->Arg(17)->Arg(64)->Arg(256)
-    ->Arg(1024)->Arg(4096)->Arg(16384);
+BENCHMARK(bm_to_decimal)->UseManualTime()->MinTime(0.1)->Arg(1)->Arg(2)->Arg(4)->Arg(16)->Arg(17)->Arg(64)
+    ->Arg(256)->Arg(1024)->Arg(4096)->Arg(16384);
 
-// Whole tasks ------------------------------------------------------------------------------------------------
+// Whole tasks -----------------------------------------------------------------------------------------------
 
 // Write n as text, to nowhere, ours and GMP's. Return the seconds.
 static double write_ours(const number *n, std::FILE *out)

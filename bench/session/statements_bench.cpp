@@ -20,6 +20,7 @@ void prepare_once()
     if (done) return;
     done = true;
     Output = std::fopen("/dev/null", "w");
+    find_watchers();
     prepare_session(KELMAR_SOURCE_DIR "/BACKWARD/");
 }
 

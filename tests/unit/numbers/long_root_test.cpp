@@ -67,7 +67,7 @@ struct LongRoot : testing::Test {
     }
 };
 
-// Long integers ----------------------------------------------------------------------------------------------
+// Long integers ---------------------------------------------------------------------------------------------
 
 TEST_F(LongRoot, SmallRootsRound)
 {
@@ -147,7 +147,7 @@ TEST_F(LongRoot, PowersOfTheBaseAndTheirNeighbours)
     }
 }
 
-// Residues ---------------------------------------------------------------------------------------------------
+// Residues --------------------------------------------------------------------------------------------------
 
 struct ResidueRoot : testing::Test {
     void enter(std::int32_t m)
@@ -165,7 +165,7 @@ struct ResidueRoot : testing::Test {
 
 TEST_F(ResidueRoot, AllResiduesOfSmallPrimes)
 {
-    for (std::int32_t p : {2, 3, 5, 7, 11, 13, 17, 41, 97, 193, 257, 1153, 7681, 12289, 40961, 65521, 65537}) {
+    for (std::int32_t p : {2, 3, 5, 7, 11, 13, 17, 41, 97, 193, 257, 7681, 12289, 40961, 65521, 65537}) {
         enter(p);
         std::vector<char> square(p);
         for (std::int64_t x = 0; x < p; ++x) square[x * x % p] = 1;

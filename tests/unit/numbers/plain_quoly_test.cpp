@@ -1,5 +1,8 @@
 // Scalar values that are plain numbers: records, flavours, whole division, errors.
 #include "numbers/plain_quoly.h"
+#include "quoly/add.h"
+#include "quoly/divide.h"
+#include "quoly/mul.h"
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>

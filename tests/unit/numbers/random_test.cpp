@@ -79,7 +79,7 @@ TEST(Random, ValuesInEveryView)
     modularmode = lintmode = smallmodulus = 0;
     modulus = -1;
     q->num->size = 0;
-    free_quoly(&q);
+    free_plain(&q);
     audit.expect_unchanged("random values");
 }
 
@@ -92,5 +92,5 @@ TEST(Random, ClockIsAddedWithinDigitRange)
         ASSERT_EQ(q->num->size, 1);
         ASSERT_TRUE(q->num->head->digit >= 0 && q->num->head->digit < digit_base);
     }
-    free_quoly(&q);
+    free_plain(&q);
 }

@@ -18,9 +18,15 @@ static constexpr int rounds = 1000000;
 #endif
 
 // Moduli on both sides of 65535, and at the ends of the range.
-static const std::int32_t some_moduli[] = {2,     3,     4,         256,        46337,      46349,     65521,
-                                           65533, 65534, 65535,     65536,      65537,      16777216,  268435455,
-                                           268435456,    268435459, 2147440637, 2147483629, 2147483646};
+static const std::int32_t some_moduli[] = {2,     3,     4,     256,      46337,     46349,     65521,
+                                           65533, 65534, 65535, 65536,    65537,     16777216,  268435455,
+                                           268435456, 268435459, 2147440637, 2147483629, 2147483646};
+
+static std::int32_t draw_modulus(test_random *r, int i)
+{
+    if (i & 1) return some_moduli[r->below(std::size(some_moduli))];
+    return static_cast<std::int32_t>(2 + r->below(2147483645));
+}
 
 // Modular mode with modulus m, and back at the end.
 struct ring {
@@ -64,7 +70,9 @@ static unsigned slow_pair(unsigned a, unsigned b)
 static void fill_fields()
 {
     for (unsigned a = 0; a < 256; ++a) {
-        for (unsigned b = 0; b < 256; ++b) f256prod[a * 256 + b] = static_cast<std::uint16_t>(slow_octic(a, b));
+        for (unsigned b = 0; b < 256; ++b) {
+            f256prod[a * 256 + b] = static_cast<std::uint16_t>(slow_octic(a, b));
+        }
     }
     unsigned power = 1;
     for (unsigned e = 0; e < 65535; ++e) {
@@ -104,7 +112,7 @@ TEST(WordMod, SumsAgreeWithWideArithmetic)
 {
     test_random r;
     for (int i = 0; i < rounds; ++i) {
-        const std::int64_t m = i & 1 ? some_moduli[r.below(std::size(some_moduli))] : 2 + r.below(2147483645);
+        const std::int64_t m = draw_modulus(&r, i);
         const std::int64_t a = r.below(m), b = r.below(m);
         ASSERT_EQ(mod_add(a, b, m), (a + b) % m) << a << " " << b << " " << m << " seed " << r.seed;
         ASSERT_EQ(mod_sub(a, b, m), (a - b + m) % m) << a << " " << b << " " << m << " seed " << r.seed;
@@ -116,7 +124,7 @@ TEST(WordMod, SpecModAddTakesAnySecondWord)
     test_random r;
     const std::int32_t ends[] = {0, 1, -1, INT32_MAX, INT32_MIN, INT32_MIN + 1, 1 << 28, -(1 << 28)};
     for (int i = 0; i < rounds; ++i) {
-        const std::int64_t m = i & 1 ? some_moduli[r.below(std::size(some_moduli))] : 2 + r.below(2147483645);
+        const std::int64_t m = draw_modulus(&r, i);
         const std::int64_t a = r.below(m);
         const std::int32_t b = i % 7 == 0 ? ends[r.below(8)] : static_cast<std::int32_t>(r.engine());
         const std::int64_t want = ((a + b) % m + m) % m;
@@ -138,8 +146,7 @@ TEST(WordMod, ProductsAgreeWithWideArithmeticForEverySizeOfModulus)
 {
     test_random r;
     for (int block = 0; block < rounds / 50; ++block) {
-        const std::int32_t m =
-            block & 1 ? some_moduli[r.below(std::size(some_moduli))] : static_cast<std::int32_t>(2 + r.below(2147483645));
+        const std::int32_t m = draw_modulus(&r, block);
         ring scope(m);
         for (int i = 0; i < 50; ++i) {
             const std::uint64_t a = i == 0 ? m - 1 : r.below(m), b = i < 2 ? m - 1 : r.below(m);
@@ -237,8 +244,7 @@ TEST(WordMod, CompositeModuliAgreeWithGmp)
     mpz_t a, m, x;
     mpz_inits(a, m, x, nullptr);
     for (int i = 0; i < rounds / 5; ++i) {
-        const std::int32_t n = i & 1 ? some_moduli[r.below(std::size(some_moduli))]
-                                     : static_cast<std::int32_t>(2 + r.below(2147483645));
+        const std::int32_t n = draw_modulus(&r, i);
         ring scope(n);
         const std::int32_t v = r.below(n);
         mpz_set_ui(a, v);
@@ -309,7 +315,8 @@ TEST(WordMod, InverseOfAProductOfDifferences)
             const std::int32_t p = r.below(modulus);
             if (p == x) continue;
             push_word(p, &list);
-            product = modmult(product, kind == 2 ? x ^ p : static_cast<int>((std::int64_t{x} - p + modulus) % modulus));
+            const std::int64_t difference = (std::int64_t{x} - p + modulus) % modulus;
+            product = modmult(product, kind == 2 ? x ^ p : static_cast<std::int32_t>(difference));
         }
         ASSERT_EQ(modmult(multi_inverse_prod(list, x), product), 1) << "seed " << r.seed;
         free_words(&list);

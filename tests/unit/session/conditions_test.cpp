@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 #include "session/errors.h"
+#include "session/report.h"
 #include "tests/support/session_text.h"
 
 using namespace kelmar;
@@ -63,7 +64,8 @@ TEST(Conditions, LeftSideSurvivesItsCancellation)
     EXPECT_EQ(last_value("Func Drop = @x; 4 .\nx := 4\nif x = Drop then 1 else 0 fi"), "1");
 }
 
-// Random conditions -------------------------------------------------------------------------------------------
+// Random conditions
+// -------------------------------------------------------------------------------------------
 
 struct generator {
     std::mt19937 random;
@@ -79,7 +81,7 @@ struct generator {
         const int a = below(4);
         const int b = below(4);
         const int sign = below(9);
-        const bool results[] = {a < b, a > b, a == b, a <= b, a >= b, a != b, a <= b, a >= b, a != b};
+        const bool results[] = {a<b, a> b, a == b, a <= b, a >= b, a != b, a <= b, a >= b, a != b};
         *value = results[sign];
         return std::to_string(a) + signs[sign] + std::to_string(b);
     }
@@ -146,7 +148,8 @@ TEST(Conditions, AgreeWithTheModelOnIntegers)
     agree_with_the_model("Integer; ", 20240502);
 }
 
-// Errors ------------------------------------------------------------------------------------------------------
+// Errors
+// ------------------------------------------------------------------------------------------------------
 
 int error_of(const std::string &statement)
 {

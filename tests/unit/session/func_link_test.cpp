@@ -62,8 +62,8 @@ struct program {
         }
         case 6: {
             const std::string n = "n" + std::to_string(++loops);
-            return n + " := 0; while " + n + " < 3 do " + n + ":+; if " + n + " = 2 then &] fi; " + body(depth - 1) +
-                   " od";
+            return n + " := 0; while " + n + " < 3 do " + n + ":+; if " + n + " = 2 then &] fi; " +
+                   body(depth - 1) + " od";
         }
         case 2: return name() + ":+" + std::to_string(below(5));
         default: return name() + " := " + sum(2);
@@ -81,8 +81,8 @@ struct program {
 std::string run(const std::string &head, const std::string &body)
 {
     // The names of the counters and of the parts that differ stand outside what is compared.
-    const std::string text = session_text("a := 1:\nb := 2:\nc := 3:\ng := 4:\nFunc T(p, ^q) = " + head + body +
-                                          "; p + 10*q .:\nT(5, g)\nT(6, g)\na\nb\nc\ng\n@T:\n");
+    const std::string text = session_text("a := 1:\nb := 2:\nc := 3:\ng := 4:\nFunc T(p, ^q) = " + head +
+                                          body + "; p + 10*q .:\nT(5, g)\nT(6, g)\na\nb\nc\ng\n@T:\n");
     return text;
 }
 
@@ -124,12 +124,14 @@ TEST(Compile, RecursionReturnsToTheOuterParameters)
 {
     const std::string body = "if n < 2 then r := n else r := T(n-1); r := r + 10*n + U(n) fi; Return(r) .\n";
     const std::string rest = "Func U(n) = if n > 2 then Return(T(1)) fi; n .\nT(7)\nT(3)\n@T\n@U\n";
-    EXPECT_EQ(session_text("Func T(n) = " + body + rest), session_text("Func T(n) = Compile; " + body + rest));
+    EXPECT_EQ(session_text("Func T(n) = " + body + rest),
+              session_text("Func T(n) = Compile; " + body + rest));
 }
 
 TEST(Compile, OfAnIntegerBody)
 {
-    EXPECT_EQ(last_value("s := 0\nFunc T(n) = Integer; s := 0; Compile(s); for i = 1 to n do s := s + i/2 od; s .\nT(5)\n@T:\n"
+    EXPECT_EQ(last_value("s := 0\nFunc T(n) = Integer; s := 0; Compile(s); for i = 1 to n do s := s + i/2 "
+                         "od; s .\nT(5)\n@T:\n"
                          "s"),
               "6");
 }

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <random>
 #include <string>
+#include "quoly/mul.h"
 #include "session/errors.h"
+#include "session/report.h"
 #include "tests/support/session_text.h"
 
 using namespace kelmar;
@@ -115,12 +117,12 @@ TEST(ValueToWord, FloatsNearAWholeNumberAreThatNumber)
         int fits;
         std::int32_t word;
     } rows[] = {
-        {2.5, 1, 2},          {-2.5, 1, -2},
-        {3 - 1e-10, 1, 3},    {3 - 1e-8, 1, 2},
-        {-0.0, 1, 0},         {2147483647.0, 1, INT_MAX},
-        {2147483648.0, 0, 0}, {-2147483648.0, 1, INT_MIN},
+        {2.5, 1, 2},           {-2.5, 1, -2},
+        {3 - 1e-10, 1, 3},     {3 - 1e-8, 1, 2},
+        {-0.0, 1, 0},          {2147483647.0, 1, INT_MAX},
+        {2147483648.0, 0, 0},  {-2147483648.0, 1, INT_MIN},
         {-2147483649.0, 0, 0}, {HUGE_VAL, 0, 0},
-        {-HUGE_VAL, 0, 0},    {std::nan(""), 0, 0},
+        {-HUGE_VAL, 0, 0},     {std::nan(""), 0, 0},
     };
     for (const auto &row : rows) {
         q->num->real = row.value;
@@ -223,7 +225,8 @@ TEST(IntExpr, AgreesWithTheModel)
     for (int round = 0; round < 1000; ++round) {
         std::uint32_t value;
         const std::string text = g.sum(3, &value);
-        EXPECT_EQ(value_of(text), std::to_string(static_cast<std::int32_t>(value))) << text << " seed " << seed;
+        EXPECT_EQ(value_of(text), std::to_string(static_cast<std::int32_t>(value)))
+            << text << " seed " << seed;
     }
 }
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <cstdlib>
 #include <string>
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "storage/low_memory.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"

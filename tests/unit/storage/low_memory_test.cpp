@@ -1,7 +1,7 @@
 // The answer to a heap that is used up.
 #include "storage/low_memory.h"
 #include <gtest/gtest.h>
-#include "numbers/plain_quoly.h"
+#include "quoly/quoly.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 

@@ -1,0 +1,26 @@
+#pragma once
+// session/poly_readin.h -- reading values in the form in which they are displayed.
+//
+// The nested form of display is read in one pass, without arithmetic, so that a long saved polynomial comes
+// back at the speed of its digits.
+
+#include "quoly/quoly.h"
+#include "session/scanner.h"
+
+namespace kelmar {
+
+// *q = the value that begins with the token in hand: a polynomial, in brackets or not, and behind / a
+// denominator. The token behind it is left in hand. *q replaced, announced by the caller. With
+// nomodpolyreadin numbers are read outside modular mode. Errors: 1 159 160 161 162 163 164 165 204 341 376.
+void quoly_readin(input_stream **stream, quolynode **q, name_node **cursor);
+
+// *q = the polynomial that begins with the token in hand, whose outermost variable has at least that level; a
+// list of that level. *q replaced, announced by the caller. Declines (0) after an error.
+bool poly_readin(input_stream **stream, quolynode **q, name_node **cursor, std::int32_t level);
+
+// *coef = the coefficient that begins with the token in hand: a number with decimals, a polynomial in
+// brackets, or 1 in front of a variable. *coef replaced, announced by the caller. Declines (0) after an
+// error.
+bool get_the_coef(input_stream **stream, quolynode **coef, name_node **cursor, std::int32_t level);
+
+}  // namespace kelmar

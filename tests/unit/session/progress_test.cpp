@@ -1,0 +1,99 @@
+// Progress lines: their form, indents, and what keeps deep loops quiet.
+#include "session/progress.h"
+#include <gtest/gtest.h>
+#include <cstdlib>
+#include <string>
+#include "numbers/decimal.h"
+#include "session/output.h"
+#include "session/report.h"
+
+using namespace kelmar;
+
+namespace {
+
+// What f writes with verbose on.
+template <class F> std::string told(F f)
+{
+    char *bytes = nullptr;
+    std::size_t size = 0;
+    std::FILE *const shown = Output;
+    Output = open_memstream(&bytes, &size);
+    verbose = 1;
+    f();
+    verbose = 0;
+    progress_on_unwind();
+    std::fclose(Output);
+    Output = shown;
+    const std::string text(bytes, size);
+    std::free(bytes);
+    return text;
+}
+
+TEST(Progress, CountIsFollowedByAPointOrAColon)
+{
+    EXPECT_EQ(told([] { dumpitt("counting to ", 12, 0, 1, 0); }), "counting to 12. ");
+    EXPECT_EQ(told([] { dumpitt("counting to ", 12, 0, 1, 1); }), "counting to 12: ");
+}
+
+TEST(Progress, LineEndsWithTheOutermostStep)
+{
+    EXPECT_EQ(told([] {
+                  dumpitt("a ", 1, 0, 1, 0);
+                  decr_dumpitt(1);
+              }),
+              "a 1. \n");
+}
+
+TEST(Progress, StepInsideIsIndentedOnItsOwnLine)
+{
+    EXPECT_EQ(told([] {
+                  dumpitt("a ", 3, 0, 1, 0);
+                  dumpitt("b ", 4, 1, 1, 0);
+                  decr_dumpitt(4);
+                  decr_dumpitt(3);
+              }),
+              "a 3. \n  b 4. \n");
+}
+
+TEST(Progress, LoopsOfMoreThanAThousandRoundsAreQuietInside)
+{
+    const auto inside = [](std::int32_t rounds) {
+        return told([rounds] {
+            dumpitt("", 1, 0, 0, 0);
+            dumpitt("", rounds, 0, 0, 0);
+            dumpitt("in ", 5, 0, 1, 0);
+        });
+    };
+    EXPECT_EQ(inside(progress_limit), "    in 5. ");
+    EXPECT_EQ(inside(progress_limit + 1), "");
+}
+
+TEST(Progress, LoopIsForgottenWhenItIsDone)
+{
+    EXPECT_EQ(told([] {
+                  dumpitt("", 1, 0, 0, 0);
+                  dumpitt("", 5000, 0, 0, 0);
+                  decr_dumpitt(5000);
+                  dumpitt("next ", 2, 0, 1, 0);
+              }),
+              "  next 2. ");
+}
+
+TEST(Progress, NothingIsToldUnlessAsked)
+{
+    EXPECT_EQ(told([] {
+                  verbose = 0;
+                  dumpitt("a ", 1, 0, 1, 0);
+              }),
+              "");
+}
+
+TEST(Progress, FullLineIsEnded)
+{
+    const std::string text = told([] {
+        for (int k = 0; k < 3; ++k) dumpitt("thirty columns of text, about ", 7, 0, 1, 0);
+    });
+    EXPECT_EQ(text.find('\n'), text.size() - 1);
+}
+
+}  // namespace
