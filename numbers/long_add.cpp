@@ -24,8 +24,8 @@ enum place { apart, in_place };         // digits go to fresh nodes, or to those
 // carry out of the first pair when no unmatched digits stand before that.
 struct pass {
     numnode front;
-    numnode *last;     // the node that `pending` belongs to
-    numnode *damaged;  // the rightmost node out of range, or null
+    numnode *last;         // the node that `pending` belongs to
+    numnode *damaged;      // the rightmost node out of range, or null
     std::int32_t pending;  // magnitude that *last will hold; the next pair's carry is still to come
     std::int32_t sign;     // 0, or -1 for a negative result: magnitudes are turned by (x ^ sign) - sign
     std::int32_t size;
@@ -285,16 +285,10 @@ static inline std::int32_t wrapped(std::int64_t v)
 void sub(const number *a, const number *b, number *c)
 {
     switch (live_view()) {
-    case view_float:
-        c->real = a->real - b->real;
-        return;
+    case view_float: c->real = a->real - b->real; return;
     case view_field:
-    case view_modular:
-        c->word = mod_sub(a->word, b->word, modulus);
-        return;
-    case view_word:
-        c->word = wrapped(static_cast<std::int64_t>(a->word) - b->word);
-        return;
+    case view_modular: c->word = mod_sub(a->word, b->word, modulus); return;
+    case view_word: c->word = wrapped(static_cast<std::int64_t>(a->word) - b->word); return;
     case view_small:
     case view_digits:
         if (c->size > 0 && c->head == a->head) return fastdiff(c, b);

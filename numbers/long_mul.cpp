@@ -202,24 +202,16 @@ static double multout_reals(std::int64_t lo, std::int64_t hi)
 void multout(std::int32_t lo, std::int32_t hi, number *n)
 {
     switch (live_view()) {
-    case view_float:
-        n->real = multout_reals(lo, hi);
-        return;
+    case view_float: n->real = multout_reals(lo, hi); return;
     case view_field:
-    case view_modular:
-        n->word = multout_residues(lo, hi);
-        return;
-    case view_word:
-        n->word = multout_words(lo, hi);
-        return;
+    case view_modular: n->word = multout_residues(lo, hi); return;
+    case view_word: n->word = multout_words(lo, hi); return;
     case view_small: {
         numnode *node = new_digit(multout_words(lo, hi), nullptr);
         take_chain(n, node, node, 1);
         return;
     }
-    case view_digits:
-        multout_digits(lo, hi, n);
-        return;
+    case view_digits: multout_digits(lo, hi, n); return;
     }
 }
 

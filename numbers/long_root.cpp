@@ -87,8 +87,7 @@ static void near_root(number *a, number *s)
     last->next = rest;
     fillout(s, (a->size - part) / 2);
     const bool by_words = a->size < sqcut;
-    while (!newton_step(a, s) && by_words) {
-    }
+    while (!newton_step(a, s) && by_words) {}
 }
 
 // Move s, which is near the root of a, to the integer nearest to it.

@@ -162,7 +162,8 @@ void in_place_neg(number *a);
 // b = |a|, judged by the head digit in every mode: for long integers only. b replaced.
 void abs_val_num(const number *a, number *b);
 
-// Checks for tests and debug builds: the rules of the long integer form in the head comment hold, base `base`.
+// Checks for tests and debug builds: the rules of the long integer form in the head comment
+// hold, base `base`.
 bool chain_is_normal(const number *n, std::int32_t base);
 
 // Records of numnodes, and of numbers, that are out and not on a free list.

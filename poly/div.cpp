@@ -1,9 +1,9 @@
 // poly/div.cpp -- division with remainder: the choice of a method, and the school method.
 //
 // A step of the school method takes the leading term off, divides its coefficient by that of the divisor, and
-// subtracts the multiple of the divisor's other terms. What the language asks for goes down to the first level with
-// a variable in either operand; there a divisor without that variable divides each coefficient, and any other makes
-// the choice between a pseudo-division and the division over a field.
+// subtracts the multiple of the divisor's other terms. What the language asks for goes down to the first
+// level with a variable in either operand; there a divisor without that variable divides each coefficient,
+// and any other makes the choice between a pseudo-division and the division over a field.
 #include "poly/div.h"
 #include "numbers/dispatch.h"
 #include "numbers/word_mod.h"
@@ -63,7 +63,8 @@ static polynode *take_part(polynode **part)
 static constexpr std::int32_t lost_term_code = -31;  // tells in a report where a coefficient was lost
 
 // One step: *rest loses its lead. Return the term of the quotient; null when it vanished.
-static polynode *school_step(polynode **rest, polynode *m, const number_divisor *d, bool one_level, const pt *var)
+static polynode *school_step(polynode **rest, polynode *m, const number_divisor *d, bool one_level,
+                             const pt *var)
 {
     const std::int32_t e = (*rest)->exp - m->exp;
     polynode *term = take_lead(rest);
@@ -74,7 +75,8 @@ static polynode *school_step(polynode **rest, polynode *m, const number_divisor 
     return term;
 }
 
-[[gnu::noinline]] void school_poly_divide_of(polynode *n, polynode *m, polynode **q, polynode **r, const pt *var)
+[[gnu::noinline]] void school_poly_divide_of(polynode *n, polynode *m, polynode **q, polynode **r,
+                                             const pt *var)
 {
     number_divisor d;
     if (poly_iszero(n) || n->exp < m->exp || !set_lead(m, &d)) {
@@ -233,11 +235,13 @@ static void divide_by_number(polynode *n, number *c, polynode **r, char op)
     *r = result;
 }
 
-// *r = the list n with each coefficient divided by c, one level down.
-static void divide_coefficients(polynode *n, polynode *c, polynode **r, char op, const pt *var)
+// *r = the list n with each coefficient divided by c, one level down. *r filled.
+[[gnu::noinline]] static void divide_coefficients(polynode *n, polynode *c, polynode **r, char op,
+                                                  const pt *var)
 {
-    polynode *result = nullptr;
-    polynode **end = &result;
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const result = &work->parts[0];
+    polynode **end = result;
     for (; n; n = n->next) {
         polynode picture = *n, *coef = nullptr;
         picture.next = nullptr;
@@ -249,8 +253,8 @@ static void divide_coefficients(polynode *n, polynode *c, polynode **r, char op,
         make_monomial(end, n->exp, coef);
         end = &(*end)->next;
     }
-    if (!result) poly_set(0, &result);
-    *r = result;
+    *r = take_part(result);
+    close_work(work);
 }
 
 // *r filled, for lists of which m has the outer variable.

@@ -1,16 +1,16 @@
 // poly/div_exact.cpp -- quotients that leave nothing.
 //
-// One recursion by levels serves all forms. A divisor free of the outer variable divides each coefficient. Otherwise
-// the school division runs, where the leading coefficients are divided one level down by the same routine; it ends
-// with "no" as soon as one of them does not divide. The lowest exponent of a quotient is the difference of the
-// lowest exponents, so where negative exponents are allowed the division goes on below zero just so far.
+// One recursion by levels serves all forms. A divisor free of the outer variable divides each coefficient.
+// Otherwise the school division runs, where the leading coefficients are divided one level down by the same
+// routine; it ends with "no" as soon as one of them does not divide. The lowest exponent of a quotient is the
+// difference of the lowest exponents, so where negative exponents are allowed the division goes on below zero
+// just so far.
 #include "poly/div_exact.h"
 #include <cstdio>
 #include "numbers/dispatch.h"
 #include "poly/div_steps.h"
 #include "poly/div_words.h"
 #include "poly/mul_work.h"
-#include "session/output.h"
 #include "session/report.h"
 #include "storage/undo.h"
 
@@ -37,7 +37,7 @@ static void quot_copy(polynode *n, polynode *c, polynode **q, std::int32_t code,
     if (is_constant(c)) {
         if (!poly_iszero(n)) quot_in_place(&copy, c->num, code);
     } else {
-        std::fprintf(Output, "code %li\n", static_cast<long>(code));
+        std::printf("code %li\n", static_cast<long>(code));
         kelmar_error(fault, 1);
     }
     free_poly(q);
@@ -242,8 +242,8 @@ void gen_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int 
 static void report_bad_division(const char *name, const polynode *n, const polynode *m, std::int32_t code,
                                 const char *fault)
 {
-    std::fprintf(Output, "*** %s, %li, %li, %li\n", name, static_cast<long>(n->exp), static_cast<long>(m->exp),
-                 static_cast<long>(code));
+    std::printf("*** %s%li, %li, %li\n", name, static_cast<long>(n->exp), static_cast<long>(m->exp),
+                static_cast<long>(code));
     kelmar_error(fault, 1);
 }
 
@@ -255,9 +255,10 @@ static bool can_divide_fast(const polynode *n, const polynode *m, const pt *var,
     } else if (is_constant(m)) {
         kelmar_error("m is number in fast_poly_divide.", 1);
     } else if (is_constant(n) && !laurent) {
-        report_bad_division("n is number in fast_poly_divide", n, m, code, "n is number in fast_poly_divide.");
+        report_bad_division("n is number in fast_poly_divide, ", n, m, code,
+                            "n is number in fast_poly_divide.");
     } else if (n->exp < m->exp && !laurent) {
-        report_bad_division("bad exps", n, m, code, "bad exps in fast_poly divide. ");
+        report_bad_division("bad exps ", n, m, code, "bad exps in fast_poly divide. ");
     } else {
         return true;
     }
@@ -277,7 +278,7 @@ void fast_poly_divide(polynode **n, polynode *m, const pt *var, std::int32_t cod
     *n = exact_quotient_of(dividend, m, var);
     if (*n) return;
     poly_set(0, n);
-    report_bad_division("bad nexp in fast_poly_divide", &top, m, code, "bad nexp in fast_poly_divide.");
+    report_bad_division("bad nexp in fast_poly_divide, ", &top, m, code, "bad nexp in fast_poly_divide.");
 }
 
 }  // namespace kelmar

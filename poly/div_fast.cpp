@@ -1,8 +1,9 @@
 // poly/div_fast.cpp -- trial division behind tests at random points.
 //
-// A test keeps the outer variable and gives small values to the others: if m divides n, the image of m divides that
-// of n. With long integers a number test can come first, where all variables get values and two numbers are divided.
-// Images are found by Horner's rule from the innermost level out, with no polynomial in between.
+// A test keeps the outer variable and gives small values to the others: if m divides n, the image of m
+// divides that of n. With long integers a number test can come first, where all variables get values and two
+// numbers are divided. Images are found by Horner's rule from the innermost level out, with no polynomial in
+// between.
 #include "poly/div_fast.h"
 #include "numbers/dispatch.h"
 #include "numbers/long_div.h"
@@ -111,7 +112,7 @@ static void set_wide_point(std::int32_t depth, std::int32_t i, test_point *at)
     }
 }
 
-// The polynomial test -----------------------------------------------------------------------------------------
+// The polynomial test ------------------------------------------------------------------------------------
 
 static double largest_magnitude(const polynode *p)
 {
@@ -123,10 +124,11 @@ static double largest_magnitude(const polynode *p)
     return most;
 }
 
-static constexpr double noise = 1.0 / (std::int64_t{1} << 36);  // of rounding errors, by the size of the operands
+static constexpr double noise = 1.0 /
+                                (std::int64_t{1} << 36);  // of rounding errors, by the size of the operands
 
-// Does m divide n but for rounding errors; doubles, one level. A divisor whose lead is not its largest number blows
-// errors up from step to step: a remainder that this may explain says nothing.
+// Does m divide n but for rounding errors; doubles, one level. A divisor whose lead is not its largest number
+// blows errors up from step to step: a remainder that this may explain says nothing.
 static test_verdict divides_within_noise(polynode *n, polynode *m)
 {
     polynode *q = nullptr, *r = nullptr;
@@ -163,8 +165,13 @@ static test_verdict image_divides(polynode *n, polynode *m)
 void set_test_pair(polynode *n, polynode *m, test_pair *pair)
 {
     const std::int32_t nd = quick_depth_below(n), md = quick_depth_below(m);
-    *pair = {static_cast<std::int16_t>(nd > md ? nd : md), static_cast<std::int16_t>(md), m, nullptr,
-             static_cast<std::int16_t>(nd), n, nullptr};
+    *pair = {static_cast<std::int16_t>(nd > md ? nd : md),
+             static_cast<std::int16_t>(md),
+             m,
+             nullptr,
+             static_cast<std::int16_t>(nd),
+             n,
+             nullptr};
 }
 
 // A list of one level stands for its image.
@@ -194,7 +201,7 @@ test_verdict fast_test(test_pair *pair, std::int32_t i, int wide)
     return verdict;
 }
 
-// The number test ---------------------------------------------------------------------------------------------
+// The number test ----------------------------------------------------------------------------------------
 
 static void set_number_point(std::int32_t depth, std::int32_t i, int small, test_point *at)
 {
@@ -221,8 +228,9 @@ test_verdict fast_test_rat(const test_pair *pair, std::int32_t i, int small)
 {
     if (laurent || !exact_integers() || integerflag) return not_performed;
     test_point at = {};
-    set_number_point(depth_below(pair->n) > depth_below(pair->m) ? depth_below(pair->n) : depth_below(pair->m), i,
-                     small, &at);
+    set_number_point(depth_below(pair->n) > depth_below(pair->m) ? depth_below(pair->n)
+                                                                 : depth_below(pair->m),
+                     i, small, &at);
     number n_value, m_value;
     n_value.size = m_value.size = 0;
     value_at(pair->m, 1, &at, &m_value);
@@ -233,14 +241,15 @@ test_verdict fast_test_rat(const test_pair *pair, std::int32_t i, int small)
     return verdict;
 }
 
-// Trials ------------------------------------------------------------------------------------------------------
+// Trials -------------------------------------------------------------------------------------------------
 
 static constexpr std::int32_t node_limit = 40;  // no count asks for more
 
 // count + the nodes of p, stopping above node_limit.
 static std::int32_t count_nodes(const polynode *p, std::int32_t count)
 {
-    for (; p && count <= node_limit; p = p->next) count = p->isnum ? count + 1 : count_nodes(p->coef, count + 1);
+    for (; p && count <= node_limit; p = p->next)
+        count = p->isnum ? count + 1 : count_nodes(p->coef, count + 1);
     return count;
 }
 
@@ -293,7 +302,7 @@ static test_verdict run_all_tests(polynode *n, polynode *m)
     return not_performed;
 }
 
-// Trial division ------------------------------------------------------------------------------------------------
+// Trial division -----------------------------------------------------------------------------------------
 
 static bool can_try(const polynode *m, const pt *var)
 {
@@ -318,8 +327,8 @@ static bool degrees_say_no(const polynode *n, const polynode *m)
 }
 
 // Return 1 with *q = n / m, or null when a test's yes was enough; 0: m does not divide n.
-static int try_division(polynode *n, polynode *m, polynode **q, const pt *var, test_verdict (*tests)(polynode *, polynode *),
-                        int no_q)
+static int try_division(polynode *n, polynode *m, polynode **q, const pt *var,
+                        test_verdict (*tests)(polynode *, polynode *), int no_q)
 {
     *q = nullptr;
     if (degrees_say_no(n, m)) return 0;
@@ -349,7 +358,8 @@ static int try_below_wrappers(polynode *n, polynode *m, polynode **q, const pt *
 int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast, int no_q, int free_n)
 {
     *q = nullptr;
-    const int divides = can_try(m, var) ? try_below_wrappers(n, m, q, var, fast ? run_tests : nullptr, no_q) : 0;
+    const int divides = can_try(m, var) ? try_below_wrappers(n, m, q, var, fast ? run_tests : nullptr, no_q)
+                                        : 0;
     if (free_n) free_poly(&n);
     return divides;
 }
@@ -357,7 +367,9 @@ int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int
 int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q, int free_n)
 {
     polynode *q = nullptr;
-    const int divides = can_try(m, var) ? try_below_wrappers(n, m, &q, var, fast ? run_all_tests : nullptr, no_q) : 0;
+    const int divides = can_try(m, var)
+                            ? try_below_wrappers(n, m, &q, var, fast ? run_all_tests : nullptr, no_q)
+                            : 0;
     free_poly(&q);
     if (free_n) free_poly(&n);
     return divides;

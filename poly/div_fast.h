@@ -1,21 +1,23 @@
 #pragma once
 // poly/div_fast.h -- does m divide n? Trial division, with quick tests at random points before it.
 //
-// Most trial divisions say no, and the images of both polynomials at a point say so at a fraction of the cost. A no
-// of a test is sure but for rounded doubles; a yes may be chance, so it is believed only by a caller that has
-// another way to find out. Points come from random(), and from global_list.
+// Most trial divisions say no, and the images of both polynomials at a point say so at a fraction of the
+// cost. A no of a test is sure but for rounded doubles; a yes may be chance, so it is believed only by a
+// caller that has another way to find out. Points come from random(), and from global_list.
 
 #include "poly/variables.h"
 
 namespace kelmar {
 
-// default 0; two yes answers of the number test are believed without the polynomial test; &_t; reset: never
-inline std::int32_t try_rat = 0;
-// default 0; a second round of that is believed; &_t; reset: never
-inline std::int32_t rat_yes = 0;
+// default 1, set to 0 at the first prompt; two yes answers of the number test are believed without the
+// polynomial test; &_t; reset: unwind
+inline std::int32_t try_rat = 1;
+// default 1, set to 0 at the first prompt; a second round of that is believed; &_t; reset: unwind
+inline std::int32_t rat_yes = 1;
 
-// Return 1 and *q = n / m, or 0 and *q = null when m does not divide n. fast: the tests come first. no_q: a yes of
-// a test is enough, *q is null then. n restored, with free_n consumed in every case; m restored. *q filled.
+// Return 1 and *q = n / m, or 0 and *q = null when m does not divide n. fast: the tests come first. no_q: a
+// yes of a test is enough, *q is null then. n restored, with free_n consumed in every case; m restored. *q
+// filled.
 // Faults: var is null; m is a number. Polls: between steps.
 int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast, int no_q, int free_n);
 
@@ -31,10 +33,10 @@ enum test_verdict { test_no, test_yes, not_performed };
 
 // A pair under test. Depths count the lists from the outer one down first terms.
 struct test_pair {
-    std::int16_t depth;    // the larger of the two below: the last level that gets a point
+    std::int16_t depth;  // the larger of the two below: the last level that gets a point
     std::int16_t m_depth;
-    polynode *m;           // borrowed
-    polynode *mdup;        // the image of m, or m itself when it has one level
+    polynode *m;     // borrowed
+    polynode *mdup;  // the image of m, or m itself when it has one level
     std::int16_t n_depth;
     polynode *n;
     polynode *ndup;
@@ -43,12 +45,13 @@ struct test_pair {
 // Fill the pair, without images.
 void set_test_pair(polynode *n, polynode *m, test_pair *pair);
 
-// The images at a point in all variables but the outer one divide. wide: larger points, and in more levels. Not
-// performed: a degree falls at the point. Trial number i, from 0, moves the point. Nothing stays allocated.
+// The images at a point in all variables but the outer one divide. wide: larger points, and in more levels.
+// Not performed: a degree falls at the point. Trial number i, from 0, moves the point. Nothing stays
+// allocated.
 test_verdict fast_test(test_pair *pair, std::int32_t i, int wide);
 
-// The values at a point in all variables divide, in the digit view. small: small points. Not performed: the value of
-// m is below 40, or that of n is 0.
+// The values at a point in all variables divide, in the digit view. small: small points. Not performed: the
+// value of m is below 40, or that of n is 0.
 test_verdict fast_test_rat(const test_pair *pair, std::int32_t i, int small);
 
 // How many trials a pair is given.

@@ -1,9 +1,9 @@
 // poly/div_karat.cpp -- recursive division by way of fast products.
 //
-// The divisor is cut in two at half its degree, x^h. The high part of the dividend divided by the high part of the
-// divisor gives the upper half of the quotient; the low part of the divisor times that is subtracted, and the same
-// again gives the lower half. Parts are copies, lowered to begin at x^0, so that products see short dense operands
-// and nothing of the caller's is altered.
+// The divisor is cut in two at half its degree, x^h. The high part of the dividend divided by the high part
+// of the divisor gives the upper half of the quotient; the low part of the divisor times that is subtracted,
+// and the same again gives the lower half. Parts are copies, lowered to begin at x^0, so that products see
+// short dense operands and nothing of the caller's is altered.
 //
 // When a half has odd degree the remainder may come out one row too high. So each routine ends with a school
 // division by the whole divisor, which has a row to do at most.
@@ -106,7 +106,7 @@ static void finish(polynode *m, polynode **q, polynode **r, const division *d)
     add_to(q, row, d);
 }
 
-// Halves ------------------------------------------------------------------------------------------------------
+// Halves -------------------------------------------------------------------------------------------------
 
 static void divide_balanced(polynode *n, polynode *m, polynode **q, polynode **r, const division *d);
 static void divide_longer(polynode *n, polynode *m, polynode **q, polynode **r, const division *d);
@@ -121,7 +121,8 @@ static void divide_half(polynode *n, polynode *m, polynode **q, polynode **r, co
 }
 
 // karat_mod_and_div with n consumed.
-[[gnu::noinline]] static void divide_balanced(polynode *n, polynode *m, polynode **q, polynode **r, const division *d)
+[[gnu::noinline]] static void divide_balanced(polynode *n, polynode *m, polynode **q, polynode **r,
+                                              const division *d)
 {
     if (is_leaf(n, m, d)) {
         divide_leaf(n, m, q, r, d);
@@ -156,7 +157,8 @@ static void divide_half(polynode *n, polynode *m, polynode **q, polynode **r, co
 }
 
 // three_case with n consumed: the quotient in two pieces, the upper one by m x^e.
-[[gnu::noinline]] static void divide_longer(polynode *n, polynode *m, polynode **q, polynode **r, const division *d)
+[[gnu::noinline]] static void divide_longer(polynode *n, polynode *m, polynode **q, polynode **r,
+                                            const division *d)
 {
     if (is_leaf(n, m, d)) {
         divide_leaf(n, m, q, r, d);
@@ -166,7 +168,8 @@ static void divide_half(polynode *n, polynode *m, polynode **q, polynode **r, co
     const std::int32_t by_m = static_cast<std::int32_t>(3 * std::int64_t{m->exp} / 5);
     const std::int32_t e = by_n < by_m ? by_n : by_m;
     product_work *work = open_work(__builtin_frame_address(0));
-    polynode **const raised = &work->parts[0], **const upper = &work->parts[1], **const lower = &work->parts[2];
+    polynode **const raised = &work->parts[0], **const upper = &work->parts[1],
+                     **const lower = &work->parts[2];
     polynode **const rest = &work->parts[3];
     if (e > 0) {
         *raised = copy_poly(m);
@@ -191,10 +194,12 @@ static void divide_half(polynode *n, polynode *m, polynode **q, polynode **r, co
 // Long dividends --------------------------------------------------------------------------------------------
 
 // The dividend in pieces as long as the divisor, from the top: what is left of one is put before the next.
-[[gnu::noinline]] static void divide_long(polynode *n, polynode *m, polynode **q, polynode **r, const division *d)
+[[gnu::noinline]] static void divide_long(polynode *n, polynode *m, polynode **q, polynode **r,
+                                          const division *d)
 {
     product_work *work = open_work(__builtin_frame_address(0));
-    polynode **const below = &work->parts[0], **const quotient = &work->parts[1], **const rest = &work->parts[2];
+    polynode **const below = &work->parts[0], **const quotient = &work->parts[1],
+                     **const rest = &work->parts[2];
     polynode **const piece = &work->parts[3];
     polynode **end = quotient;
     *below = n;

@@ -1,9 +1,9 @@
 #pragma once
 // poly/div_karat.h -- division with remainder by way of fast products.
 //
-// The divisor has leading coefficient 1 in all but the last routine. flag: 1 for one level over words or doubles, 0
-// for general lists. n, m restored; *q, *r filled. Polls: between steps, and in the products. The three are one
-// scheme for growing ratios of the degrees, and any of them takes any pair.
+// The divisor has leading coefficient 1 in all but the last routine. flag: 1 for one level over words or
+// doubles, 0 for general lists. n, m restored; *q, *r filled. Polls: between steps, and in the products. The
+// three are one scheme for growing ratios of the degrees, and any of them takes any pair.
 //
 // Source: recursive division after Jebelean, and Burnikel and Ziegler, on polynomials.
 

@@ -1,15 +1,15 @@
 // poly/div_pseudo.cpp -- pseudo-division.
 //
-// Each step multiplies what is left by c, so that the leading coefficient divides. The quotient's terms are kept as
-// they come, newest first, and get their powers of c at the end: the term of step i lacks one factor for each later
-// step. One power grows on the walk back from the last term to the first, and the list turns round on the way.
+// Each step multiplies what is left by c, so that the leading coefficient divides. The quotient's terms are
+// kept as they come, newest first, and get their powers of c at the end: the term of step i lacks one factor
+// for each later step. One power grows on the walk back from the last term to the first, and the list turns
+// round on the way.
 #include "poly/div_pseudo.h"
 #include <cstdio>
 #include "numbers/dispatch.h"
 #include "poly/div.h"
 #include "poly/div_steps.h"
 #include "poly/mul_work.h"
-#include "session/output.h"
 #include "session/report.h"
 #include "storage/undo.h"
 
@@ -21,73 +21,74 @@ static void multiply_in_place(polynode **p, polynode *c, const pt *var)
     if (*p && !(is_constant(c) && num_isone(c->num))) poly_mult(*p, c, p, var);
 }
 
-// Return c^e, e >= 0.
-static polynode *power_of(polynode *c, std::int32_t e, const pt *var)
+// *power = c^e, e >= 0. *square: room. Both filled, *square null again.
+static void set_power(polynode *c, std::int32_t e, polynode **power, polynode **square, const pt *var)
 {
-    polynode *power = nullptr, *square = nullptr;
-    poly_set(1, &power);
-    poly_assign(c, &square);
+    poly_set(1, power);
+    poly_assign(c, square);
     for (; e > 0; e >>= 1) {
-        if (e & 1) multiply_in_place(&power, square, var);
-        if (e > 1) multiply_in_place(&square, square, var);
+        if (e & 1) multiply_in_place(power, *square, var);
+        if (e > 1) multiply_in_place(square, *square, var);
     }
-    free_poly(&square);
-    return power;
+    free_poly(square);
 }
 
 // What a pseudo-division holds: parts of its work record.
 struct pseudo_state {
-    polynode **rest;     // what is left of n; null inside for zero
-    polynode **terms;    // of the quotient, newest first; unused without one
-    polynode **power;    // of c, one level down
-    polynode *m, *c;     // c: the coefficient, one level down; borrowed
-    polynode *padded;    // c at the level of n; borrowed
+    polynode **rest;   // what is left of n; null inside for zero
+    polynode **terms;  // of the quotient, newest first; unused without one
+    polynode **power;  // of c, one level down
+    polynode **room;   // for what is being multiplied
+    polynode *m, *c;   // c: the coefficient, one level down; borrowed
+    polynode *padded;  // c at the level of n; borrowed
     const pt *var;
     bool keep_terms, one_level;
 };
 
-// *rest = c * *rest without its lead, minus lead * tail of m. Return the degree of the term.
+// *rest = c * *rest without its lead, minus lead * tail of m. The lead goes to the terms.
 static void pseudo_step(pseudo_state *s)
 {
     const std::int32_t e = (*s->rest)->exp - s->m->exp;
     polynode *term = take_lead(s->rest);
     make_monomial(&term, e, term);
-    if (s->keep_terms) {
-        term->next = *s->terms;
-        *s->terms = term;
-    }
     polynode alone = *term;
-    alone.next = nullptr;
+    term->next = *s->terms;
+    *s->terms = term;
     multiply_in_place(s->rest, s->padded, s->var);
+    if (*s->rest && poly_iszero(*s->rest)) free_poly(s->rest);  // products of words, and modulo a composite
     take_off(s->rest, &alone, s->m->next, s->one_level, s->var);
-    if (!s->keep_terms) free_poly(&term);
+    if (!s->keep_terms) free_poly(s->terms);
 }
 
 // Return the quotient: the terms, each times its power of c; *power is that of the newest.
 static polynode *scaled_quotient(pseudo_state *s)
 {
-    polynode *quotient = nullptr;
+    polynode **const quotient = s->rest;  // the remainder is delivered by now
     const pt *below = inner(s->var);
     while (*s->terms) {
         const std::int32_t exp = (*s->terms)->exp;
-        polynode *coef = take_lead(s->terms);
-        multiply_in_place(&coef, *s->power, below);
-        if (poly_iszero(coef)) {
-            free_poly(&coef);
+        *s->room = take_lead(s->terms);
+        multiply_in_place(s->room, *s->power, below);
+        polynode *term = *s->room;
+        *s->room = nullptr;
+        if (poly_iszero(term)) {
+            free_poly(&term);
         } else {
-            make_monomial(&coef, exp, coef);
-            coef->next = quotient;
-            quotient = coef;
+            make_monomial(&term, exp, term);
+            term->next = *quotient;
+            *quotient = term;
         }
         if (*s->terms) multiply_in_place(s->power, s->c, below);
     }
-    if (!quotient) poly_set(0, &quotient);
-    return quotient;
+    polynode *result = *quotient;
+    *quotient = nullptr;
+    if (!result) poly_set(0, &result);
+    return result;
 }
 
 // The pseudo-division itself, deg n >= deg m. q, r null: not kept.
-[[gnu::noinline]] static void divide_scaled(polynode *n, polynode *m, polynode **q, polynode **r, int scale_all,
-                                            const pt *var)
+[[gnu::noinline]] static void divide_scaled(polynode *n, polynode *m, polynode **q, polynode **r,
+                                            int scale_all, const pt *var)
 {
     polynode number_alone = *m;
     number_alone.next = nullptr;
@@ -95,8 +96,17 @@ static polynode *scaled_quotient(pseudo_state *s)
     polynode wrapper = {0, 0, nullptr, {nullptr}};
     wrapper.coef = c;
     product_work *work = open_work(__builtin_frame_address(0));
-    pseudo_state s = {&work->parts[0], &work->parts[1], &work->parts[2], m, c,
-                      is_constant(c) ? c : &wrapper, var, q != nullptr, height_is_1(n) && height_is_1(m)};
+    const bool one_level = height_is_1(n) && height_is_1(m);
+    pseudo_state s = {&work->parts[0],
+                      &work->parts[1],
+                      &work->parts[2],
+                      &work->parts[3],
+                      m,
+                      c,
+                      is_constant(c) ? c : &wrapper,
+                      var,
+                      q != nullptr,
+                      one_level};
     std::int32_t left = n->exp - m->exp + 1;
     *s.rest = copy_poly(n);
     while (*s.rest && (*s.rest)->exp >= m->exp) {
@@ -104,7 +114,7 @@ static polynode *scaled_quotient(pseudo_state *s)
         pseudo_step(&s);
         --left;
     }
-    *s.power = power_of(c, scale_all ? left : 0, inner(var));
+    set_power(c, scale_all ? left : 0, s.power, s.room, inner(var));
     if (r) {
         polynode over = wrapper;
         over.coef = *s.power;
@@ -112,6 +122,8 @@ static polynode *scaled_quotient(pseudo_state *s)
         *r = *s.rest;
         *s.rest = nullptr;
         if (!*r) poly_set(0, r);
+    } else {
+        free_poly(s.rest);
     }
     if (q) *q = scaled_quotient(&s);
     close_work(work);
@@ -139,7 +151,7 @@ void pseudo_div(polynode *n, polynode *m, polynode **q, polynode **r, int want_r
 void pseudo_div_no_q(polynode *n, polynode *m, polynode **r, const pt *var, int scale_all)
 {
     if (m->exp < 1) {
-        std::fprintf(Output, "bad m^.exp in pseudo div no q: %li\n", static_cast<long>(m->exp));
+        std::printf("bad m^.exp in pseudo div no q: %li\n", static_cast<long>(m->exp));
         kelmar_error("bad m^.exp in pseudo div no q.", 1);
         *r = copy_poly(n);
     } else if (n->exp < m->exp) {

@@ -7,8 +7,9 @@
 
 namespace kelmar {
 
-// c^k n = q m + r, deg r < deg m; where c is invertible, n = q m + r. deg n < deg m: q = 0, r = n. want_r = 0: no
-// remainder is kept, and r may be null. Errors: 32 when exponents below leave the words. Polls: between steps.
+// c^k n = q m + r, deg r < deg m; where c is invertible, n = q m + r. deg n < deg m: q = 0, r = n. want_r =
+// 0: no remainder is kept, and r may be null. Errors: 32 when exponents below leave the words. Polls: between
+// steps.
 // Source: Knuth, The Art of Computer Programming 2, 4.6.1 algorithm R.
 void pseudo_div(polynode *n, polynode *m, polynode **q, polynode **r, int want_r, const pt *var);
 

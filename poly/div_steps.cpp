@@ -1,7 +1,8 @@
 // poly/div_steps.cpp -- division by one number, and one step of a school division.
 //
-// Lists of one level are changed where they stand: the walk down the divisor's tail moves along the dividend, and
-// each product is subtracted from the number it meets. Deeper lists go through the general product and difference.
+// Lists of one level are changed where they stand: the walk down the divisor's tail moves along the dividend,
+// and each product is subtracted from the number it meets. Deeper lists go through the general product and
+// difference.
 #include "poly/div_steps.h"
 #include <cstdio>
 #include "numbers/dispatch.h"
@@ -9,7 +10,6 @@
 #include "numbers/long_gcd.h"
 #include "numbers/word_mod.h"
 #include "poly/add.h"
-#include "session/output.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -76,7 +76,7 @@ int number_divides(number *x, const number_divisor *d)
 
 static void report_lost_term(std::int32_t code)
 {
-    std::fprintf(Output, "code %li\n", static_cast<long>(code));
+    std::printf("code %li\n", static_cast<long>(code));
     kelmar_error("zero node t.", 1);
 }
 
@@ -189,7 +189,8 @@ static polynode *negative_product(number *c, number *y, std::int32_t exp)
 }
 
 // *rest = *rest - c x^e tail on one level. Both lists fall, so one walk down *rest serves.
-template <word_kind K> static void take_off_in_place(polynode **rest, number *c, std::int32_t e, const polynode *tail)
+template <word_kind K>
+static void take_off_in_place(polynode **rest, number *c, std::int32_t e, const polynode *tail)
 {
     polynode **place = rest;
     for (; tail; tail = tail->next) {

@@ -1,9 +1,9 @@
 // poly/div_words.cpp -- division in word arrays.
 //
-// Every coefficient of quotient and remainder is one inner product: what stands in the dividend at degree k, less
-// the sum of q[i] y[k - i] over the quotient found so far. Sums run in 64 bits and are reduced once at the end: a
-// small modulus leaves room for all products that fit an array, and a large one asks for one conditional subtraction
-// a product. In a table field sums are exclusive ors.
+// Every coefficient of quotient and remainder is one inner product: what stands in the dividend at degree k,
+// less the sum of q[i] y[k - i] over the quotient found so far. Sums run in 64 bits and are reduced once at
+// the end: a small modulus leaves room for all products that fit an array, and a large one asks for one
+// conditional subtraction a product. In a table field sums are exclusive ors.
 #include "poly/div_words.h"
 #include "numbers/word_mod.h"
 #include "poly/div_karat.h"
@@ -12,7 +12,8 @@
 
 namespace kelmar {
 
-// default; words of the dividend, the divisor and the quotient of one division; the routines below; reset: never
+// default; words of the dividend, the divisor and the quotient of one division; the routines below; reset:
+// never
 static std::int32_t top_words[word_division_limit + 1];
 static std::int32_t divisor_words[word_division_limit + 1];
 static std::int32_t quotient_words[word_division_limit + 1];
@@ -38,7 +39,8 @@ static std::int32_t less_product(std::int32_t v, const std::int32_t *a, const st
     const std::uint64_t m = static_cast<std::uint32_t>(modulus), most = 2 * m * m;
     std::uint64_t sum = 0;
     for (std::int32_t i = 0; i < n; ++i) {
-        sum += static_cast<std::uint64_t>(static_cast<std::uint32_t>(a[i])) * static_cast<std::uint32_t>(b[-i]);
+        sum += static_cast<std::uint64_t>(static_cast<std::uint32_t>(a[i])) *
+               static_cast<std::uint32_t>(b[-i]);
         if (R == large_ring && sum >= most) sum -= most;
     }
     return mod_sub(v, static_cast<std::int32_t>(sum % m), modulus);
@@ -46,15 +48,16 @@ static std::int32_t less_product(std::int32_t v, const std::int32_t *a, const st
 
 // x[k] less what the quotient q[lo ..] found so far and y take from it.
 template <word_ring R>
-static std::int32_t reduced_word(const std::int32_t *x, const std::int32_t *y, const std::int32_t *q, std::int32_t k,
-                                 std::int32_t lo, std::int32_t dq)
+static std::int32_t reduced_word(const std::int32_t *x, const std::int32_t *y, const std::int32_t *q,
+                                 std::int32_t k, std::int32_t lo, std::int32_t dq)
 {
     const std::int32_t hi = k < dq ? k : dq;
     return hi < lo ? x[k] : less_product<R>(x[k], q + lo, y + (k - lo), hi - lo + 1);
 }
 
 template <word_ring R>
-static void fill_quotient(const std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx, std::int32_t dy)
+static void fill_quotient(const std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx,
+                          std::int32_t dy)
 {
     std::int32_t inverse;
     mod_inverse(y[dy], &inverse);
@@ -64,8 +67,8 @@ static void fill_quotient(const std::int32_t *x, const std::int32_t *y, std::int
 }
 
 template <word_ring R>
-static void divide_array(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx, std::int32_t dy,
-                         std::int32_t *dr)
+static void divide_array(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx,
+                         std::int32_t dy, std::int32_t *dr)
 {
     const std::int32_t dq = dx - dy;
     fill_quotient<R>(x, y, q, dx, dy);
@@ -79,7 +82,8 @@ static void divide_array(std::int32_t *x, const std::int32_t *y, std::int32_t *q
 
 // Fill q, and return whether the remainder is zero, which the first word that is not zero decides.
 template <word_ring R>
-static bool divides_array(const std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx, std::int32_t dy)
+static bool divides_array(const std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx,
+                          std::int32_t dy)
 {
     const std::int32_t dq = dx - dy;
     fill_quotient<R>(x, y, q, dx, dy);
@@ -91,8 +95,8 @@ static bool divides_array(const std::int32_t *x, const std::int32_t *y, std::int
 
 // Arrays --------------------------------------------------------------------------------------------------
 
-void onevar_array_div_mod(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx, std::int32_t dy,
-                          std::int32_t *dr)
+void onevar_array_div_mod(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dx,
+                          std::int32_t dy, std::int32_t *dr)
 {
     switch (present_ring()) {
     case small_ring: divide_array<small_ring>(x, y, q, dx, dy, dr); return;
@@ -101,12 +105,14 @@ void onevar_array_div_mod(std::int32_t *x, const std::int32_t *y, std::int32_t *
     }
 }
 
-void onevar_array_mod(std::int32_t *x, const std::int32_t *y, std::int32_t dx, std::int32_t dy, std::int32_t *dr)
+void onevar_array_mod(std::int32_t *x, const std::int32_t *y, std::int32_t dx, std::int32_t dy,
+                      std::int32_t *dr)
 {
     onevar_array_div_mod(x, y, quotient_words, dx, dy, dr);
 }
 
-void onevar_one_div(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dy, std::int32_t *dr)
+void onevar_one_div(std::int32_t *x, const std::int32_t *y, std::int32_t *q, std::int32_t dy,
+                    std::int32_t *dr)
 {
     onevar_array_div_mod(x, y, q, dy + 1, dy, dr);
 }
@@ -192,9 +198,15 @@ static int divide_in_arrays(const polynode *n, const polynode *m, polynode **q)
     fill_words(m, divisor_words);
     bool exact = false;
     switch (present_ring()) {
-    case small_ring: exact = divides_array<small_ring>(top_words, divisor_words, quotient_words, n->exp, m->exp); break;
-    case large_ring: exact = divides_array<large_ring>(top_words, divisor_words, quotient_words, n->exp, m->exp); break;
-    case table_field: exact = divides_array<table_field>(top_words, divisor_words, quotient_words, n->exp, m->exp); break;
+    case small_ring:
+        exact = divides_array<small_ring>(top_words, divisor_words, quotient_words, n->exp, m->exp);
+        break;
+    case large_ring:
+        exact = divides_array<large_ring>(top_words, divisor_words, quotient_words, n->exp, m->exp);
+        break;
+    case table_field:
+        exact = divides_array<table_field>(top_words, divisor_words, quotient_words, n->exp, m->exp);
+        break;
     }
     if (exact) *q = list_of_words(quotient_words, n->exp - m->exp);
     return exact;

@@ -1,7 +1,7 @@
 // poly/flat.cpp -- measuring and packing.
 //
-// A constant may stop the nesting above any level; the exponents that it does not spell are 0. Level 1 alone never
-// has such a term, so from level 2 on 0 counts as an exponent that occurs.
+// A constant may stop the nesting above any level; the exponents that it does not spell are 0. Level 1
+// alone never has such a term, so from level 2 on 0 counts as an exponent that occurs.
 #include "poly/flat.h"
 
 namespace kelmar {
@@ -70,7 +70,8 @@ int pack_pair(const flat_shape *a, const flat_shape *b, flat_packing *packing)
         if (k < b->levels) low += b->low[k], top += b->top[k];
         packing->low[k] = static_cast<std::int32_t>(low);
         packing->stride[k] = packing->span;
-        // modulo 2^64: an origin at level 1 may be negative, and only ever stands beside the term that makes up for it
+        // modulo 2^64: an origin at level 1 may be negative, and only ever stands beside the term that
+        // makes up for it
         packing->origin[k] = packing->origin[k + 1] - static_cast<std::uint64_t>(low) * packing->stride[k];
         const std::uint64_t radix = static_cast<std::uint64_t>(top - low) + 1;
         if (__builtin_mul_overflow(packing->span, radix, &packing->span)) return 0;

@@ -1,9 +1,9 @@
 #pragma once
 // poly/flat_dense.h -- flat products with few gaps: both operands are written out in arrays and transformed.
 //
-// A transform gives integers. So residues, long integers of two digits, and doubles that are whole numbers come out
-// exactly, as long as their sums stay within what one prime tells, or two. Other doubles, and the elements of
-// table fields, are declined.
+// A transform gives integers. So residues, long integers of two digits, and doubles that are whole numbers
+// come out exactly, as long as their sums stay within what one prime tells, or two. Other doubles, and the
+// elements of table fields, are declined.
 
 #include <algorithm>
 #include <cmath>
@@ -67,27 +67,31 @@ template <class R> std::uint64_t residue_of_coef(typename R::coef c, std::uint64
     return v < 0 ? p - static_cast<std::uint64_t>(-v) : static_cast<std::uint64_t>(v);
 }
 
-template <class R> void write_out(const flat_terms<R> *t, std::uint64_t p, std::size_t length, std::uint64_t *x)
+template <class R>
+void write_out(const flat_terms<R> *t, std::uint64_t p, std::size_t length, std::uint64_t *x)
 {
     std::fill(x, x + length, std::uint64_t{0});
     const std::uint64_t low = t->key[t->count - 1];
     for (std::int64_t i = 0; i < t->count; ++i) x[t->key[i] - low] = residue_of_coef<R>(t->coef[i], p);
 }
 
-// Logarithm of the length of a transform for the product; 0 when it would take longer than the products of terms.
+// Logarithm of the length of a transform for the product; 0 when it would take longer than the products of
+// terms.
 template <class R> int transform_log(const flat_terms<R> *a, const flat_terms<R> *b, int primes)
 {
     const std::uint64_t length = a->key[0] - a->key[a->count - 1] + (b->key[0] - b->key[b->count - 1]) + 1;
     const int log = bits_of(length - 1);
     if (log < 2 || log > longest_transform) return 0;
-    const double steps = 1.5 * primes * log * std::ldexp(1.0, log) + 1000;  // 1.5 of a product's time each (measured)
+    const double steps = 1.5 * primes * log * std::ldexp(1.0, log) +
+                         1000;  // 1.5 of a product's time each (measured)
     return steps < static_cast<double>(a->count) * static_cast<double>(b->count) ? log : 0;
 }
 
 // *out = a * b, whose arrays are spared; one may be a copy of the other. Declines (0): see above.
 // Polls: between transforms.
 template <class R>
-int dense_flat_product(R ring, product_work *work, const flat_terms<R> *a, const flat_terms<R> *b, flat_sums<R> *out)
+int dense_flat_product(R ring, product_work *work, const flat_terms<R> *a, const flat_terms<R> *b,
+                       flat_sums<R> *out)
 {
     if (std::min(a->count, b->count) < transform_cut) return 0;
     const int one_prime_log = transform_log(a, b, 1);
@@ -102,7 +106,6 @@ int dense_flat_product(R ring, product_work *work, const flat_terms<R> *a, const
     auto *first = primes == 1 ? x : static_cast<std::uint64_t *>(get_room(work, room_counts, bytes));
     if (!x || !other || !first) return 0;
     for (int k = 0; k < primes; ++k) {
-        poll_interrupt();
         std::uint64_t *const to = k == 0 ? first : x;
         write_out(a, transform_prime[k], length, to);
         write_out(b, transform_prime[k], length, other);

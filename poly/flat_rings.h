@@ -1,5 +1,6 @@
 #pragma once
-// poly/flat_rings.h -- coefficients of flat arrays: what stands for a number of the live view, and its products.
+// poly/flat_rings.h -- coefficients of flat arrays: what stands for a number of the live view, and its
+// products.
 //
 // A ring names the type of a coefficient and the type in which products are summed up, and carries what the
 // arithmetic needs, so that the inner loops read no mode flag. settled() turns a sum into its final form.
@@ -21,11 +22,26 @@ struct real_ring {
     using coef = double;
     using sum = double;
 };
-inline double load_coef(real_ring, const number *n) { return n->real; }
-inline void add_product(real_ring, double *s, double c, double d) { *s += c * d; }
-inline void add_sum(real_ring, double *s, double t) { *s += t; }
-inline double settled(real_ring, double s) { return s; }
-inline void store_sum(real_ring, double s, number *n) { n->real = s; }
+inline double load_coef(real_ring, const number *n)
+{
+    return n->real;
+}
+inline void add_product(real_ring, double *s, double c, double d)
+{
+    *s += c * d;
+}
+inline void add_sum(real_ring, double *s, double t)
+{
+    *s += t;
+}
+inline double settled(real_ring, double s)
+{
+    return s;
+}
+inline void store_sum(real_ring, double s, number *n)
+{
+    n->real = s;
+}
 
 // Residues. As long as a product is below 2^32, sums of them are reduced once, at the end. -----------------
 
@@ -34,14 +50,26 @@ struct small_residues {
     using sum = std::uint64_t;
     std::uint32_t m;
 };
-inline std::uint32_t load_coef(small_residues, const number *n) { return static_cast<std::uint32_t>(n->word); }
+inline std::uint32_t load_coef(small_residues, const number *n)
+{
+    return static_cast<std::uint32_t>(n->word);
+}
 inline void add_product(small_residues, std::uint64_t *s, std::uint32_t c, std::uint32_t d)
 {
     *s += static_cast<std::uint64_t>(c) * d;
 }
-inline void add_sum(small_residues, std::uint64_t *s, std::uint64_t t) { *s += t; }
-inline std::uint64_t settled(small_residues r, std::uint64_t s) { return s % r.m; }
-inline void store_sum(small_residues, std::uint64_t s, number *n) { n->word = static_cast<std::int32_t>(s); }
+inline void add_sum(small_residues, std::uint64_t *s, std::uint64_t t)
+{
+    *s += t;
+}
+inline std::uint64_t settled(small_residues r, std::uint64_t s)
+{
+    return s % r.m;
+}
+inline void store_sum(small_residues, std::uint64_t s, number *n)
+{
+    n->word = static_cast<std::int32_t>(s);
+}
 
 // Above that, sums are kept below m^2 < 2^62.
 struct wide_residues {
@@ -50,7 +78,10 @@ struct wide_residues {
     std::uint32_t m;
     std::uint64_t square;  // of m
 };
-inline std::uint32_t load_coef(wide_residues, const number *n) { return static_cast<std::uint32_t>(n->word); }
+inline std::uint32_t load_coef(wide_residues, const number *n)
+{
+    return static_cast<std::uint32_t>(n->word);
+}
 inline void add_sum(wide_residues r, std::uint64_t *s, std::uint64_t t)
 {
     const std::uint64_t v = *s + t;
@@ -60,8 +91,14 @@ inline void add_product(wide_residues r, std::uint64_t *s, std::uint32_t c, std:
 {
     add_sum(r, s, static_cast<std::uint64_t>(c) * d);
 }
-inline std::uint64_t settled(wide_residues r, std::uint64_t s) { return s % r.m; }
-inline void store_sum(wide_residues, std::uint64_t s, number *n) { n->word = static_cast<std::int32_t>(s); }
+inline std::uint64_t settled(wide_residues r, std::uint64_t s)
+{
+    return s % r.m;
+}
+inline void store_sum(wide_residues, std::uint64_t s, number *n)
+{
+    n->word = static_cast<std::int32_t>(s);
+}
 
 // Elements of a table field ---------------------------------------------------------------------------------
 
@@ -69,11 +106,26 @@ struct field_ring {
     using coef = std::int32_t;
     using sum = std::int32_t;
 };
-inline std::int32_t load_coef(field_ring, const number *n) { return n->word; }
-inline void add_product(field_ring, std::int32_t *s, std::int32_t c, std::int32_t d) { *s ^= field_mult(c, d); }
-inline void add_sum(field_ring, std::int32_t *s, std::int32_t t) { *s ^= t; }
-inline std::int32_t settled(field_ring, std::int32_t s) { return s; }
-inline void store_sum(field_ring, std::int32_t s, number *n) { n->word = s; }
+inline std::int32_t load_coef(field_ring, const number *n)
+{
+    return n->word;
+}
+inline void add_product(field_ring, std::int32_t *s, std::int32_t c, std::int32_t d)
+{
+    *s ^= field_mult(c, d);
+}
+inline void add_sum(field_ring, std::int32_t *s, std::int32_t t)
+{
+    *s ^= t;
+}
+inline std::int32_t settled(field_ring, std::int32_t s)
+{
+    return s;
+}
+inline void store_sum(field_ring, std::int32_t s, number *n)
+{
+    n->word = s;
+}
 
 // Words that wrap -------------------------------------------------------------------------------------------
 
@@ -81,13 +133,28 @@ struct word_ring {
     using coef = std::uint32_t;
     using sum = std::uint32_t;
 };
-inline std::uint32_t load_coef(word_ring, const number *n) { return static_cast<std::uint32_t>(n->word); }
-inline void add_product(word_ring, std::uint32_t *s, std::uint32_t c, std::uint32_t d) { *s += c * d; }
-inline void add_sum(word_ring, std::uint32_t *s, std::uint32_t t) { *s += t; }
-inline std::uint32_t settled(word_ring, std::uint32_t s) { return s; }
-inline void store_sum(word_ring, std::uint32_t s, number *n) { n->word = static_cast<std::int32_t>(s); }
+inline std::uint32_t load_coef(word_ring, const number *n)
+{
+    return static_cast<std::uint32_t>(n->word);
+}
+inline void add_product(word_ring, std::uint32_t *s, std::uint32_t c, std::uint32_t d)
+{
+    *s += c * d;
+}
+inline void add_sum(word_ring, std::uint32_t *s, std::uint32_t t)
+{
+    *s += t;
+}
+inline std::uint32_t settled(word_ring, std::uint32_t s)
+{
+    return s;
+}
+inline void store_sum(word_ring, std::uint32_t s, number *n)
+{
+    n->word = static_cast<std::int32_t>(s);
+}
 
-// Long integers of at most two digits, with sums in one word or in two ---------------------------------------
+// Long integers of at most two digits, with sums in one word or in two ----------------------------------
 
 inline std::int64_t short_value(const number *n)
 {
@@ -99,22 +166,43 @@ struct short_integers {
     using coef = std::int64_t;
     using sum = std::int64_t;
 };
-inline std::int64_t load_coef(short_integers, const number *n) { return short_value(n); }
-inline void add_product(short_integers, std::int64_t *s, std::int64_t c, std::int64_t d) { *s += c * d; }
-inline void add_sum(short_integers, std::int64_t *s, std::int64_t t) { *s += t; }
-inline std::int64_t settled(short_integers, std::int64_t s) { return s; }
+inline std::int64_t load_coef(short_integers, const number *n)
+{
+    return short_value(n);
+}
+inline void add_product(short_integers, std::int64_t *s, std::int64_t c, std::int64_t d)
+{
+    *s += c * d;
+}
+inline void add_sum(short_integers, std::int64_t *s, std::int64_t t)
+{
+    *s += t;
+}
+inline std::int64_t settled(short_integers, std::int64_t s)
+{
+    return s;
+}
 
 struct wide_integers {
     using coef = std::int64_t;
     using sum = __int128;
 };
-inline std::int64_t load_coef(wide_integers, const number *n) { return short_value(n); }
+inline std::int64_t load_coef(wide_integers, const number *n)
+{
+    return short_value(n);
+}
 inline void add_product(wide_integers, __int128 *s, std::int64_t c, std::int64_t d)
 {
     *s += static_cast<__int128>(c) * d;
 }
-inline void add_sum(wide_integers, __int128 *s, __int128 t) { *s += t; }
-inline __int128 settled(wide_integers, __int128 s) { return s; }
+inline void add_sum(wide_integers, __int128 *s, __int128 t)
+{
+    *s += t;
+}
+inline __int128 settled(wide_integers, __int128 s)
+{
+    return s;
+}
 inline void store_sum(wide_integers, __int128 s, number *n)
 {
     const std::int32_t sign = s < 0 ? -1 : 0;
@@ -124,24 +212,46 @@ inline void store_sum(wide_integers, __int128 s, number *n)
                            static_cast<limb>(v >> (2 * limb_bits))};
     scatter_limbs(limbs, 3, sign, n);
 }
-inline void store_sum(short_integers, std::int64_t s, number *n) { store_sum(wide_integers{}, s, n); }
+inline void store_sum(short_integers, std::int64_t s, number *n)
+{
+    store_sum(wide_integers{}, s, n);
+}
 
-// A sum that is known as an integer --------------------------------------------------------------------------
+// A sum that is known as an integer ---------------------------------------------------------------------
 
-inline double sum_of_integer(real_ring, __int128 v) { return static_cast<double>(static_cast<std::int64_t>(v)); }
-inline std::int64_t sum_of_integer(short_integers, __int128 v) { return static_cast<std::int64_t>(v); }
-inline __int128 sum_of_integer(wide_integers, __int128 v) { return v; }
-inline std::uint64_t sum_of_integer(small_residues, __int128 v) { return static_cast<std::uint64_t>(v); }
+inline double sum_of_integer(real_ring, __int128 v)
+{
+    return static_cast<double>(static_cast<std::int64_t>(v));
+}
+inline std::int64_t sum_of_integer(short_integers, __int128 v)
+{
+    return static_cast<std::int64_t>(v);
+}
+inline __int128 sum_of_integer(wide_integers, __int128 v)
+{
+    return v;
+}
+inline std::uint64_t sum_of_integer(small_residues, __int128 v)
+{
+    return static_cast<std::uint64_t>(v);
+}
 inline std::uint64_t sum_of_integer(wide_residues r, __int128 v)
 {
     const double_limb u = static_cast<double_limb>(v);  // below 2^94: two steps of 64 bits by 32
     const std::uint64_t high = static_cast<std::uint64_t>(u >> 32) % r.m;
     return (high << 32 | static_cast<std::uint32_t>(u)) % r.m;
 }
-inline std::int32_t sum_of_integer(field_ring, __int128 v) { return static_cast<std::int32_t>(v); }
-inline std::uint32_t sum_of_integer(word_ring, __int128 v) { return static_cast<std::uint32_t>(v); }
+inline std::int32_t sum_of_integer(field_ring, __int128 v)
+{
+    return static_cast<std::int32_t>(v);
+}
+inline std::uint32_t sum_of_integer(word_ring, __int128 v)
+{
+    return static_cast<std::uint32_t>(v);
+}
 
-inline constexpr std::int32_t short_sum_bits = 60;  // of a sum of short_integers, sign apart: one prime tells it
+inline constexpr std::int32_t short_sum_bits =
+    60;  // of a sum of short_integers, sign apart: one prime tells it
 inline constexpr std::int32_t wide_sum_bits = 122;  // of wide_integers: two primes tell it
 
 }  // namespace kelmar

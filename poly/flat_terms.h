@@ -24,7 +24,16 @@ template <class R> struct flat_sums {
 };
 
 // The arrays of a flat product in its work record.
-enum flat_room { room_rows, room_inner, room_cursors, room_products, room_sorted, room_counts, room_keys, room_sums };
+enum flat_room {
+    room_rows,
+    room_inner,
+    room_cursors,
+    room_products,
+    room_sorted,
+    room_counts,
+    room_keys,
+    room_sums
+};
 
 // Have room for `more` sums behind those that are there. Declines (0) when the heap has none.
 template <class R> int reserve_sums(product_work *work, flat_sums<R> *out, std::int64_t more)
@@ -62,7 +71,8 @@ inline void set_operand(const flat_packing *packing, const flat_shape *shape, fl
     o->shape = shape;
     o->origin[shape->levels] = 0;
     for (std::int32_t k = shape->levels - 1; k > 0; --k) {
-        o->origin[k] = o->origin[k + 1] - static_cast<std::uint64_t>(std::int64_t{shape->low[k]}) * packing->stride[k];
+        o->origin[k] = o->origin[k + 1] -
+                       static_cast<std::uint64_t>(std::int64_t{shape->low[k]}) * packing->stride[k];
     }
 }
 
@@ -105,8 +115,8 @@ template <class R> number *number_of_sum(R ring, typename R::sum s)
     return n;
 }
 
-// *end = the list of all next terms with packed exponents from base up. The list ends with null at every poll; a
-// coefficient that is not made yet is null.
+// *end = the list of all next terms with packed exponents from base up. The list ends with null at every
+// poll; a coefficient that is not made yet is null.
 template <class R>
 void build_list(flat_reader<R> *from, std::int32_t level, std::uint64_t base, polynode **end)
 {
@@ -117,8 +127,8 @@ void build_list(flat_reader<R> *from, std::int32_t level, std::uint64_t base, po
     while (from->at < count && key[from->at] >= base) {
         const std::uint64_t digit = stride == 1 ? key[from->at] - base : (key[from->at] - base) / stride;
         const std::uint64_t block = base + digit * stride;
-        const std::int32_t exp =
-            static_cast<std::int32_t>(std::int64_t{from->packing->low[level]} + static_cast<std::int64_t>(digit));
+        const std::int32_t exp = static_cast<std::int32_t>(std::int64_t{from->packing->low[level]} +
+                                                           static_cast<std::int64_t>(digit));
         const bool lone = from->at + 1 == count || key[from->at + 1] < block;
         if (lone && key[from->at] == block + inner_origin) {
             polynode *constant = new_constant(number_of_sum(from->ring, from->sums->sum[from->at++]));

@@ -1,8 +1,8 @@
 // poly/mul.cpp -- poly_mult: a page of tests over named methods.
 //
-// The tests go from what is quickest to find out to what asks for a walk. Both operands are walked once, which
-// tells whether an exponent of the product leaves its range, before anything is computed, and whether the pair
-// fits flat arrays.
+// The tests go from what is quickest to find out to what asks for a walk. Both operands are walked once,
+// which tells whether an exponent of the product leaves its range, before anything is computed, and whether
+// the pair fits flat arrays.
 #include "poly/mul.h"
 #include "numbers/dispatch.h"
 #include "poly/flat.h"
@@ -41,7 +41,8 @@ static polynode *number_product(const polynode *a, const polynode *b)
     return new_constant(n);
 }
 
-// The pair is dense in one variable over words; *low_a, *low_b = the lowest exponents, *len_a, *len_b the lengths.
+// The pair is dense in one variable over words; *low_a, *low_b = the lowest exponents, *len_a, *len_b the
+// lengths.
 static bool word_arrays_serve(polynode *a, polynode *b, std::int32_t *len_a, std::int32_t *len_b,
                               std::int32_t *low_a, std::int32_t *low_b)
 {

@@ -22,8 +22,8 @@ inline std::int32_t flat_mult_cut = 12;
 // default 31; leading exponent from which products in two variables may go to row arrays; nobody
 inline constexpr std::int32_t row_arrays_from = 31;
 
-// *c = a * b. a, b restored (no method alters them); they may be the same. *c replaced, may be an operand. var:
-// the level at which a relation applies, or nilpol; its cut then takes the place of poly_cutoff.
+// *c = a * b. a, b restored (no method alters them); they may be the same. *c replaced, may be an operand.
+// var: the level at which a relation applies, or nilpol; its cut then takes the place of poly_cutoff.
 // Errors: 32 for an exponent above 2^31 - 1; then *c = 0. Polls: between terms; nothing is altered then.
 void poly_mult(polynode *a, polynode *b, polynode **c, const pt *var);
 

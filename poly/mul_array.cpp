@@ -1,9 +1,10 @@
 // poly/mul_array.cpp -- which products over words go to arrays, and the two-variable product on rows.
 //
-// Short and sparse lists stay lists. A dense pair whose degrees sum up to no more than the arrays hold is written
-// out in them; longer ones are halved as lists until they fit. In two variables each row of the product is the sum of
-// products of rows. These rows stand in the work record of the product, since an interrupt is answered between them
-// and another product may run then; xx, yy and zz are shared, and nothing polls while they are in use.
+// Short and sparse lists stay lists. A dense pair whose degrees sum up to no more than the arrays hold is
+// written out in them; longer ones are halved as lists until they fit. In two variables each row of the
+// product is the sum of products of rows. These rows stand in the work record of the product, since an
+// interrupt is answered between them and another product may run then; xx, yy and zz are shared, and
+// nothing polls while they are in use.
 #include "poly/mul_array.h"
 #include <cstdio>
 #include <cstdlib>
@@ -69,7 +70,8 @@ void k_fastest_poly_mult(const polynode *a, const polynode *b, polynode **c)
     if (!*c) poly_set(0, c);
 }
 
-void fastest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b, polynode **c)
+void fastest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b,
+                      polynode **c)
 {
     const std::int64_t room_a = 4 * std::int64_t{std::abs(len_a)}, room_b = 4 * std::int64_t{std::abs(len_b)};
     if (a->exp < room_a && b->exp < room_b) {
@@ -106,14 +108,15 @@ void simplest_poly_mult(polynode *a, polynode *b, polynode **c, std::int32_t len
     }
 }
 
-// Two variables -----------------------------------------------------------------------------------------------
+// Two variables -----------------------------------------------------------------------------------------
 
 static const polynode *row_of(const polynode *t)
 {
     return t->isnum ? t : t->coef;
 }
 
-int depth_density(const polynode *p, std::int32_t *top, std::int32_t *inner, std::int32_t *low, std::int32_t *count)
+int depth_density(const polynode *p, std::int32_t *top, std::int32_t *inner, std::int32_t *low,
+                  std::int32_t *count)
 {
     *top = p->exp;
     *inner = 0;
@@ -136,7 +139,8 @@ static bool fits_rows(const polynode *p, std::int32_t *inner)
 {
     std::int32_t top = 0, low = 0, count = 0;
     if (!depth_density(p, &top, inner, &low, &count)) return false;
-    return *inner > 0 && count > 25 && low >= 0 && top - low < 3 * count && top < row_limit && *inner < row_limit;
+    return *inner > 0 && count > 25 && low >= 0 && top - low < 3 * count && top < row_limit &&
+           *inner < row_limit;
 }
 
 bool try_fast_2_var(const polynode *a, const polynode *b)
@@ -194,7 +198,8 @@ static void add_row(word_rows *z, std::int32_t d, const std::int32_t *t, std::in
     const std::int32_t common = deg < z->degree[d] ? deg : z->degree[d];
     for (std::int32_t i = 0; i <= common; ++i) to[i] = mod_add(to[i], t[i], modulus);
     if (deg > common) {
-        std::memcpy(to + common + 1, t + common + 1, static_cast<std::size_t>(deg - common) * sizeof(std::int32_t));
+        std::memcpy(to + common + 1, t + common + 1,
+                    static_cast<std::size_t>(deg - common) * sizeof(std::int32_t));
         z->degree[d] = deg;
     }
     while (z->degree[d] >= 0 && to[z->degree[d]] == 0) --z->degree[d];

@@ -14,13 +14,16 @@ void simplest_poly_mult(polynode *a, polynode *b, polynode **c, std::int32_t len
                         std::int32_t low_a, std::int32_t low_b);
 
 // *c = a * b, one level, by sums of scaled copies. Polls: between terms.
-void simplest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b, polynode **c);
+void simplest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b,
+                       polynode **c);
 
 // *c = a * b, one level, no negative exponents: through arrays when both have more than a fourth of their
 // coefficients, else by simplest_standard.
-void fastest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b, polynode **c);
+void fastest_standard(const polynode *a, const polynode *b, std::int32_t len_a, std::int32_t len_b,
+                      polynode **c);
 
-// *c = a * b, one level, no negative exponents, sum of degrees up to array_degree_limit: through xx, yy and zz.
+// *c = a * b, one level, no negative exponents, sum of degrees up to array_degree_limit: through xx, yy and
+// zz.
 void k_fastest_poly_mult(const polynode *a, const polynode *b, polynode **c);
 
 // Two variables -------------------------------------------------------------------------------------------
@@ -29,17 +32,19 @@ inline constexpr std::int32_t row_limit = 701;  // rows, and entries of a row
 
 // A polynomial in two variables: row i holds the coefficient of x^i.
 struct word_rows {
-    std::int32_t *cell;            // row_limit words a row
+    std::int32_t *cell;              // row_limit words a row
     std::int32_t degree[row_limit];  // of each row, -1 for an empty one
 };
 
-// Both are dense enough, and small enough, for fastest_poly2_mult: exactly two levels, more than 25 terms each,
-// the sums of both degrees below row_limit. Modes: a modulus, no table field, no ground field with relations.
+// Both are dense enough, and small enough, for fastest_poly2_mult: exactly two levels, more than 25 terms
+// each, the sums of both degrees below row_limit. Modes: a modulus, no table field, no ground field with
+// relations.
 bool try_fast_2_var(const polynode *a, const polynode *b);
 
-// *top = the first exponent, *low the last, *inner the greatest leading exponent of a coefficient, *count the terms
-// of the outer list. Declines (0) when a coefficient has a third level.
-int depth_density(const polynode *p, std::int32_t *top, std::int32_t *inner, std::int32_t *low, std::int32_t *count);
+// *top = the first exponent, *low the last, *inner the greatest leading exponent of a coefficient, *count
+// the terms of the outer list. Declines (0) when a coefficient has a third level.
+int depth_density(const polynode *p, std::int32_t *top, std::int32_t *inner, std::int32_t *low,
+                  std::int32_t *count);
 
 // *c = a * b, a pair for which try_fast_2_var is true. Polls: between rows.
 void fastest_poly2_mult(const polynode *a, const polynode *b, polynode **c);

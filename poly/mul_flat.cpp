@@ -1,10 +1,11 @@
 // poly/mul_flat.cpp -- the product of two flat arrays, stretch by stretch.
 //
-// Every term of the shorter operand is a row: its products with the other operand, which fall in packed exponent.
-// The range of the product is cut into stretches, from the top. In a stretch each row goes on from where it
-// stopped. A stretch of few cells, or with many products, sums up in a table with a cell for each exponent; in one
-// that is wide and nearly empty products are collected, sorted and joined. Either way a stretch fits the cache, and
-// its terms come out in their final order. The width follows what the stretches hold.
+// Every term of the shorter operand is a row: its products with the other operand, which fall in packed
+// exponent. The range of the product is cut into stretches, from the top. In a stretch each row goes on
+// from where it stopped. A stretch of few cells, or with many products, sums up in a table with a cell for
+// each exponent; in one that is wide and nearly empty products are collected, sorted and joined. Either way
+// a stretch fits the cache, and its terms come out in their final order. The width follows what the
+// stretches hold.
 #include "poly/mul_flat.h"
 #include <algorithm>
 #include "poly/flat_dense.h"
@@ -56,8 +57,7 @@ static std::uint64_t least_inner(std::uint64_t lo, std::uint64_t key)
 }
 
 // Add the products of the stretch from lo up to the table. Return their number.
-template <class R>
-static std::int64_t fill_table(flat_job<R> *job, std::uint64_t lo, typename R::sum *table)
+template <class R> static std::int64_t fill_table(flat_job<R> *job, std::uint64_t lo, typename R::sum *table)
 {
     const std::uint64_t *const inner_key = job->inner.key;
     const typename R::coef *const inner = job->inner.coef;
@@ -102,7 +102,7 @@ static std::int64_t collect(flat_job<R> *job, std::uint64_t lo, sparse_product<R
     return count;
 }
 
-// Output ------------------------------------------------------------------------------------------------------
+// Output ------------------------------------------------------------------------------------------------
 
 // Write out the table of the stretch from lo up, and clear it.
 template <class R>
@@ -119,7 +119,8 @@ static void empty_table(flat_job<R> *job, std::uint64_t lo, std::uint64_t width,
 template <class R> static void sort_products(sparse_product<R> *p, std::int64_t n)
 {
     if (n > 24) {
-        std::sort(p, p + n, [](const sparse_product<R> &x, const sparse_product<R> &y) { return x.key > y.key; });
+        std::sort(p, p + n,
+                  [](const sparse_product<R> &x, const sparse_product<R> &y) { return x.key > y.key; });
         return;
     }
     for (std::int64_t i = 1; i < n; ++i) {
@@ -131,7 +132,8 @@ template <class R> static void sort_products(sparse_product<R> *p, std::int64_t 
 }
 
 // Write out p[0 .. n), equal keys joined.
-template <class R> static void emit_joined(flat_job<R> *job, std::uint64_t lo, const sparse_product<R> *p, std::int64_t n)
+template <class R>
+static void emit_joined(flat_job<R> *job, std::uint64_t lo, const sparse_product<R> *p, std::int64_t n)
 {
     for (std::int64_t i = 0; i < n;) {
         const std::uint64_t key = p[i].key;
@@ -141,8 +143,8 @@ template <class R> static void emit_joined(flat_job<R> *job, std::uint64_t lo, c
     }
 }
 
-// Sort and write out the n products of a stretch of `width` cells: by the leading bits of their keys into buckets
-// of a few, then each bucket.
+// Sort and write out the n products of a stretch of `width` cells: by the leading bits of their keys into
+// buckets of a few, then each bucket.
 template <class R>
 static int empty_products(flat_job<R> *job, std::uint64_t lo, std::uint64_t width, sparse_product<R> *from,
                           std::int64_t n)
@@ -150,7 +152,8 @@ static int empty_products(flat_job<R> *job, std::uint64_t lo, std::uint64_t widt
     const int all_bits = bits_of(width - 1), wanted = bits_of(static_cast<std::uint64_t>(n) / 2);
     const int shift = all_bits > wanted ? all_bits - wanted : 0;
     const std::size_t buckets = static_cast<std::size_t>((width - 1) >> shift) + 1;
-    auto *start = static_cast<std::uint32_t *>(get_room(job->work, room_counts, (buckets + 1) * sizeof(std::uint32_t)));
+    auto *start = static_cast<std::uint32_t *>(
+        get_room(job->work, room_counts, (buckets + 1) * sizeof(std::uint32_t)));
     const std::size_t bytes = static_cast<std::size_t>(n) * sizeof(sparse_product<R>);
     auto *sorted = static_cast<sparse_product<R> *>(get_room(job->work, room_sorted, bytes));
     if (!start || !sorted) return 0;
@@ -167,7 +170,7 @@ static int empty_products(flat_job<R> *job, std::uint64_t lo, std::uint64_t widt
     return 1;
 }
 
-// The product ---------------------------------------------------------------------------------------------------
+// The product -------------------------------------------------------------------------------------------
 
 // One more than the greatest packed exponent that is still to come; 0 when all is done.
 template <class R> static std::uint64_t next_top(const flat_job<R> *job)
@@ -201,7 +204,8 @@ static flat_widths choose_widths(std::uint64_t span, std::int64_t rows, std::int
 
 // One stretch from lo up, summed up in the table. Return the number of products, -1 without room.
 template <class R>
-static std::int64_t table_stretch(flat_job<R> *job, std::uint64_t lo, std::uint64_t width, typename R::sum *table)
+static std::int64_t table_stretch(flat_job<R> *job, std::uint64_t lo, std::uint64_t width,
+                                  typename R::sum *table)
 {
     if (!reserve_sums(job->work, &job->out, static_cast<std::int64_t>(width))) return -1;
     const std::int64_t products = fill_table(job, lo, table);
@@ -237,11 +241,14 @@ template <class R> static int run_stretches(flat_job<R> *job, std::uint64_t span
             std::copy(job->cursor + job->first, job->cursor + job->reached, job->kept_cursor + job->first);
             n = collect(job, lo, products, flat_batch);
             if (n < 0) {  // too many: the same again, with half the width
-                std::copy(job->kept_cursor + job->first, job->kept_cursor + job->reached, job->cursor + job->first);
+                std::copy(job->kept_cursor + job->first, job->kept_cursor + job->reached,
+                          job->cursor + job->first);
                 width = std::max(here / 2, widths.table);
                 continue;
             }
-            if (n > 0 && !(reserve_sums(job->work, &job->out, n) && empty_products(job, lo, here, products, n))) return 0;
+            if (n > 0 &&
+                !(reserve_sums(job->work, &job->out, n) && empty_products(job, lo, here, products, n)))
+                return 0;
             if (n < flat_batch / 4 && width < span) width *= 2;
         }
         hi = n == 0 || lo == 0 ? next_top(job) : lo;
@@ -249,12 +256,12 @@ template <class R> static int run_stretches(flat_job<R> *job, std::uint64_t span
     return 1;
 }
 
-// The choice ------------------------------------------------------------------------------------------------------
+// The choice --------------------------------------------------------------------------------------------
 
 // Gather p, in the room `k`, with `extra` more entries. Declines (0) when the heap has no room.
 template <class R>
-static int gather(flat_job<R> *job, int k, const polynode *p, const flat_shape *shape, const flat_packing *packing,
-                  flat_terms<R> *to)
+static int gather(flat_job<R> *job, int k, const polynode *p, const flat_shape *shape,
+                  const flat_packing *packing, flat_terms<R> *to)
 {
     const std::size_t n = static_cast<std::size_t>(shape->terms) + 1;
     auto *room = static_cast<std::uint64_t *>(
@@ -272,7 +279,8 @@ static int gather(flat_job<R> *job, int k, const polynode *p, const flat_shape *
 template <class R> static int prepare_rows(flat_job<R> *job)
 {
     const std::size_t n = static_cast<std::size_t>(job->rows.count);
-    job->cursor = static_cast<std::int64_t *>(get_room(job->work, room_cursors, 2 * n * sizeof(std::int64_t)));
+    job->cursor = static_cast<std::int64_t *>(
+        get_room(job->work, room_cursors, 2 * n * sizeof(std::int64_t)));
     if (!job->cursor) return 0;
     job->kept_cursor = job->cursor + n;
     std::fill(job->cursor, job->cursor + n, 0);
@@ -282,8 +290,8 @@ template <class R> static int prepare_rows(flat_job<R> *job)
 }
 
 template <class R>
-static int sum_up(flat_job<R> *job, const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb,
-                  const flat_packing *packing)
+static int sum_up(flat_job<R> *job, const polynode *a, const polynode *b, const flat_shape *sa,
+                  const flat_shape *sb, const flat_packing *packing)
 {
     if (sb->terms < sa->terms) {
         std::swap(a, b);
@@ -320,13 +328,15 @@ static int integer_product(const polynode *a, const polynode *b, const flat_shap
 {
     if (sa->size > 2 || sb->size > 2) return 0;
     const std::int64_t most = std::min(sa->terms, sb->terms);  // products that meet in one term
-    const int bits = bits_of(sa->magnitude) + bits_of(sb->magnitude) + bits_of(static_cast<std::uint64_t>(most));
+    const int bits = bits_of(sa->magnitude) + bits_of(sb->magnitude) +
+                     bits_of(static_cast<std::uint64_t>(most));
     if (bits <= short_sum_bits) return flat_product(short_integers{}, a, b, sa, sb, packing, c);
     if (bits <= wide_sum_bits) return flat_product(wide_integers{}, a, b, sa, sb, packing, c);
     return 0;
 }
 
-int flat_poly_mult(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb, polynode **c)
+int flat_poly_mult(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb,
+                   polynode **c)
 {
     flat_packing packing;
     if (!pack_pair(sa, sb, &packing)) return 0;

@@ -16,10 +16,12 @@ inline std::int64_t flat_batch = std::int64_t{1} << 16;
 // default 200; terms of the shorter operand; below it nothing is transformed; tests; reset: never
 inline std::int64_t transform_cut = 200;
 
-// *c = a * b, neither a number. a, b spared; they may be the same. sa, sb: their measures, of one record for one
-// operand. *c filled.
+// *c = a * b, neither a number. a, b spared; they may be the same. sa, sb: their measures, of one record
+// for one operand. *c filled.
 // Declines: the packed exponents, or a coefficient, are too long, or the heap has no room. Modes: all but the
-// small view. Polls: yes. Cost: one step for each product of terms; memory for the result, and for one stretch of it.
-int flat_poly_mult(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb, polynode **c);
+// small view. Polls: yes. Cost: one step for each product of terms; memory for the result, and for one
+// stretch of it.
+int flat_poly_mult(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb,
+                   polynode **c);
 
 }  // namespace kelmar

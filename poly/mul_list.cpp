@@ -1,9 +1,9 @@
 // poly/mul_list.cpp -- Karatsuba on lists.
 //
-// With e the smaller of the distances from the middle term down to the lowest, a = H x^e + L, where L is the tail of
-// a as it stands and H has a fresh node for each term before it, exponents lowered by e. Only these nodes are made;
-// their coefficients are shared with a, so a is read and never altered: an interrupt can be answered anywhere
-// inside. Then, with P2 = Ha Hb, P3 = La Lb and M = (Ha + La)(Hb + Lb) - P2 - P3,
+// With e the smaller of the distances from the middle term down to the lowest, a = H x^e + L, where L is
+// the tail of a as it stands and H has a fresh node for each term before it, exponents lowered by e. Only
+// these nodes are made; their coefficients are shared with a, so a is read and never altered: an interrupt
+// can be answered anywhere inside. Then, with P2 = Ha Hb, P3 = La Lb and M = (Ha + La)(Hb + Lb) - P2 - P3,
 //
 //     a b = P2 x^2e + M x^e + P3.
 #include "poly/mul_list.h"
@@ -47,8 +47,8 @@ static std::int32_t exp_of_term(const polynode *p, std::int32_t k)
     return p->exp;
 }
 
-// Return a node for the term t of the operand with the exponent lowered by e, sharing what hangs below. *lone: the
-// node between, where a number leaves exp 0.
+// Return a node for the term t of the operand with the exponent lowered by e, sharing what hangs below.
+// *lone: the node between, where a number leaves exp 0.
 static polynode *lowered_node(const polynode *t, std::int32_t e, polynode **lone)
 {
     const std::int32_t exp = t->exp - e;
@@ -111,8 +111,8 @@ static void three_products(const halves *a, const halves *b, bool square, bool s
 }
 
 [[gnu::noinline]] static void karatsuba_step(polynode *a, polynode *b, std::int32_t len_a, std::int32_t len_b,
-                                             std::int32_t low_a, std::int32_t low_b, bool simple, polynode **c,
-                                             const pt *var)
+                                             std::int32_t low_a, std::int32_t low_b, bool simple,
+                                             polynode **c, const pt *var)
 {
     const bool square = a == b;
     const std::int32_t count_a = len_a / 2, count_b = len_b / 2;

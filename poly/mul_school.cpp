@@ -1,8 +1,8 @@
 // poly/mul_school.cpp -- the schoolbook product of nested lists.
 //
-// The shorter operand drives the loop: each of its terms makes one scaled copy of the other. The copies are added
-// up as a binary counter: two sums of one make a sum of two, two of these a sum of four. A copy is so walked once
-// for each bit of the count, where one running sum would walk all terms so far for each new one.
+// The shorter operand drives the loop: each of its terms makes one scaled copy of the other. The copies are
+// added up as a binary counter: two sums of one make a sum of two, two of these a sum of four. A copy is so
+// walked once for each bit of the count, where one running sum would walk all terms so far for each new one.
 #include "poly/mul_school.h"
 #include <cstdlib>
 #include "numbers/dispatch.h"
@@ -51,7 +51,7 @@ void total_parts(polynode **parts, int count, bool simple, polynode **c)
     *c = total;
 }
 
-// Scaled copies -----------------------------------------------------------------------------------------------
+// Scaled copies -----------------------------------------------------------------------------------------
 
 // Return the coefficient of the term t as a polynomial that ends with it: a number node that has a next is
 // copied to *alone first.
@@ -109,7 +109,7 @@ void node_by_poly_3(const polynode *term, const polynode *p, polynode **c)
     }
 }
 
-// The product -------------------------------------------------------------------------------------------------
+// The product -------------------------------------------------------------------------------------------
 
 [[gnu::noinline]] void school_poly_mult(polynode *a, polynode *b, std::int32_t len_a, std::int32_t len_b,
                                         polynode **c, const pt *var)

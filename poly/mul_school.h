@@ -8,7 +8,8 @@ namespace kelmar {
 // *c = a * b, neither a number. a, b spared; they may be the same. len_a, len_b: terms of the outer lists,
 // either sign. *c filled. With a relation at var every partial product is reduced by it.
 // Polls: between terms. Cost: products of terms, times the logarithm of the shorter length for the merging.
-void school_poly_mult(polynode *a, polynode *b, std::int32_t len_a, std::int32_t len_b, polynode **c, const pt *var);
+void school_poly_mult(polynode *a, polynode *b, std::int32_t len_a, std::int32_t len_b, polynode **c,
+                      const pt *var);
 
 // *c = the first term of `term` alone, times p. Both spared. *c filled; null when nothing is left.
 void node_by_poly(const polynode *term, const polynode *p, polynode **c, const pt *var);

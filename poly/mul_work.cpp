@@ -1,7 +1,7 @@
 // poly/mul_work.cpp -- the records of running products.
 //
-// Running records are a stack, newest first, and frames fall from the older to the newer. Idle records wait on a
-// list with their arrays, so that a small product asks the heap for nothing.
+// Running records are a stack, newest first, and frames fall from the older to the newer. Idle records wait
+// on a list with their arrays, so that a small product asks the heap for nothing.
 #include "poly/mul_work.h"
 #include <cstdlib>
 #include "storage/low_memory.h"

@@ -1,13 +1,14 @@
 // poly/onevar.cpp -- the schoolbook product and Karatsuba's product on word arrays.
 //
-// Below the cut-off each coefficient of the product is one inner product, reduced once at its end: products of
-// small residues fit 32 bits, so their sum is kept in one word; those of wide ones fit 62 bits, so the two halves
-// of each are summed up apart. Above it the arrays are cut at h: with x = x0 + x1 X^h and y likewise,
+// Below the cut-off each coefficient of the product is one inner product, reduced once at its end: products
+// of small residues fit 32 bits, so their sum is kept in one word; those of wide ones fit 62 bits, so the
+// two halves of each are summed up apart. Above it the arrays are cut at h: with x = x0 + x1 X^h and y
+// likewise,
 //
 //     x y = x0 y0 + ((x0 + x1)(y0 + y1) - x0 y0 - x1 y1) X^h + x1 y1 X^2h,
 //
-// where x0 y0 and x1 y1 stand in their final places from the start. All works on lengths; the ranges of degrees
-// are the outer shell.
+// where x0 y0 and x1 y1 stand in their final places from the start. All works on lengths; the ranges of
+// degrees are the outer shell.
 #include "poly/onevar.h"
 #include <cstdio>
 #include <cstdlib>
@@ -50,7 +51,8 @@ void get_word_arrays()
     zz = yy + length;
 }
 
-// default null; what a product needs beside its operands, and its length; fast_array_onevar_mult; reset: never
+// default null; what a product needs beside its operands, and its length; fast_array_onevar_mult; reset:
+// never
 static word *scratch = nullptr;
 static std::int64_t scratch_length = 0;
 
@@ -211,7 +213,8 @@ void slower_onevar_mult(const word *x, const word *y, word *z, word x_lo, word x
 }
 
 template <word_ring_kind K>
-static void school_of_ranges(const word *x, const word *y, word *z, word x_lo, word x_hi, word y_lo, word y_hi)
+static void school_of_ranges(const word *x, const word *y, word *z, word x_lo, word x_hi, word y_lo,
+                             word y_hi)
 {
     const word nx = x_hi - x_lo + 1, ny = y_hi - y_lo + 1;
     if (nx <= ny) {
@@ -224,7 +227,8 @@ static void school_of_ranges(const word *x, const word *y, word *z, word x_lo, w
 void onevar_mult(const word *x, const word *y, word *z, word x_lo, word x_hi, word y_lo, word y_hi)
 {
     if (x_hi < x_lo || y_hi < y_lo) {
-        std::printf(" ** bad exps onevar %li, %li, %li, %li\n", wide(x_lo), wide(x_hi), wide(y_lo), wide(y_hi));
+        std::printf(" ** bad exps onevar %li, %li, %li, %li\n", wide(x_lo), wide(x_hi), wide(y_lo),
+                    wide(y_hi));
         kelmar_error("potential 0 in onevar_mult.", 1);
         return;
     }
@@ -246,7 +250,8 @@ static void pass_low_zeros(const word *x, word *lo, word hi)
     while (*lo < hi && x[*lo] == 0) ++*lo;
 }
 
-template <word_ring_kind K> static void ordered_product(const word *x, word nx, const word *y, word ny, word *z)
+template <word_ring_kind K>
+static void ordered_product(const word *x, word nx, const word *y, word ny, word *z)
 {
     if (nx <= ny) {
         array_product<K>(x, nx, y, ny, z, scratch);
@@ -277,7 +282,7 @@ void fast_array_onevar_mult(const word *x, const word *y, word *z, word x_lo, wo
     }
 }
 
-// Lists and arrays --------------------------------------------------------------------------------------------
+// Lists and arrays --------------------------------------------------------------------------------------
 
 void fill_poly_array(const polynode *p, word *x)
 {

@@ -1,9 +1,9 @@
 #pragma once
 // poly/onevar.h -- products of polynomials held in word arrays, and the way between lists and arrays.
 //
-// a[i] is the coefficient of x^i, a residue or an element of a table field. Ranges of degrees are inclusive. A
-// product fills the degrees from the sum of the low ends to the sum of the high ends, and nothing else; it stands
-// apart from its operands. Nothing here polls: the arrays are shared.
+// a[i] is the coefficient of x^i, a residue or an element of a table field. Ranges of degrees are
+// inclusive. A product fills the degrees from the sum of the low ends to the sum of the high ends, and
+// nothing else; it stands apart from its operands. Nothing here polls: the arrays are shared.
 
 #include "poly/node.h"
 

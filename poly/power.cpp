@@ -1,7 +1,7 @@
 // poly/power.cpp -- powers: by squaring, by repeated products, and through the power map over a prime.
 //
-// Over a prime field of q elements (a + b)^q = a^q + b^q and c^q = c for numbers, so a power with exponent q only
-// multiplies the exponents. A power e is then put together from the digits of e to the base q.
+// Over a prime field of q elements (a + b)^q = a^q + b^q and c^q = c for numbers, so a power with exponent
+// q only multiplies the exponents. A power e is then put together from the digits of e to the base q.
 #include "poly/power.h"
 #include "numbers/dispatch.h"
 #include "numbers/long_power.h"
@@ -66,7 +66,8 @@ int poly_to_prime(polynode *p, std::int32_t q)
     measure_flat(p, &shape);
     for (std::int32_t k = 0; k < shape.levels; ++k) {
         std::int32_t product;
-        if (__builtin_mul_overflow(shape.top[k], q, &product) || __builtin_mul_overflow(shape.low[k], q, &product)) {
+        if (__builtin_mul_overflow(shape.top[k], q, &product) ||
+            __builtin_mul_overflow(shape.low[k], q, &product)) {
             error(err_bad_exponent, "^");
             return 0;
         }

@@ -1,13 +1,14 @@
 // poly/transform.cpp -- number-theoretic transforms.
 //
-// The transform takes residues modulo x^2n - c^2 to those modulo x^n - c and x^n + c, until each is a value. Blocks so
-// come in bit-reversed order, and with the roots c in the same order, one root serves a whole block and one table
-// all lengths. The way back undoes the steps one by one, so nothing is ever put in order. Entries stay below four
-// times the prime on the way there, below twice on the way back; a factor w goes with floor(w 2^64 / p), which
-// gives the quotient of a product to within one.
+// The transform takes residues modulo x^2n - c^2 to those modulo x^n - c and x^n + c, until each is a
+// value. Blocks so come in bit-reversed order, and with the roots c in the same order, one root serves a
+// whole block and one table all lengths. The way back undoes the steps one by one, so nothing is ever put
+// in order. Entries stay below four times the prime on the way there, below twice on the way back; a factor
+// w goes with floor(w 2^64 / p), which gives the quotient of a product to within one.
 #include "poly/transform.h"
 #include <cstddef>
 #include <cstdlib>
+#include "session/report.h"
 
 namespace kelmar {
 
@@ -74,9 +75,12 @@ static void fill_roots(factor *to, int log, u64 generator, u64 p)
 {
     to[0] = factor_of(1, p);
     for (int k = 0; k < log; ++k) {
-        const u64 root = power(generator, u64{1} << (30 - k), p);
+        const factor root = factor_of(power(generator, u64{1} << (30 - k), p), p);
         const std::size_t half = std::size_t{1} << k;
-        for (std::size_t i = 0; i < half; ++i) to[half + i] = factor_of(times(to[i].value, root, p), p);
+        for (std::size_t i = 0; i < half; ++i) {
+            const u64 value = lazy_times(to[i].value, root, p);
+            to[half + i] = factor_of(value < p ? value : value - p, p);
+        }
     }
 }
 
@@ -88,7 +92,7 @@ static int get_roots(int k, int log)
     const std::size_t count = std::size_t{1} << log;
     auto *const roots = static_cast<factor *>(std::malloc(2 * count * sizeof(factor)));
     if (!roots) return 0;
-    std::free(t->forward);
+    // on purpose: the shorter table stays, since a product that answers an interrupt may be using it
     *t = {t->generator, log, roots, roots + count};
     const u64 p = transform_prime[k];
     fill_roots(t->forward, log, t->generator, p);
@@ -96,7 +100,7 @@ static int get_roots(int k, int log)
     return 1;
 }
 
-// Transforms --------------------------------------------------------------------------------------------------
+// Transforms --------------------------------------------------------------------------------------------
 
 static inline void step_there(u64 *x, u64 *y, factor w, u64 p)
 {
@@ -155,7 +159,8 @@ static void transform_there(u64 *x, int log, const factor *root, u64 p)
         size /= 2;
     }
     for (; size > 1; blocks *= 4, size /= 4) {
-        for (std::size_t i = 0; i < blocks; ++i) two_steps_there(x + i * size, size / 4, root + i, root + 2 * i, p);
+        for (std::size_t i = 0; i < blocks; ++i)
+            two_steps_there(x + i * size, size / 4, root + i, root + 2 * i, p);
     }
 }
 
@@ -164,7 +169,8 @@ static void transform_back(u64 *x, int log, const factor *root, u64 p)
     const std::size_t length = std::size_t{1} << log;
     std::size_t blocks = length / 4, size = 4;
     for (; size <= length; blocks /= 4, size *= 4) {
-        for (std::size_t i = 0; i < blocks; ++i) two_steps_back(x + i * size, size / 4, root + i, root + 2 * i, p);
+        for (std::size_t i = 0; i < blocks; ++i)
+            two_steps_back(x + i * size, size / 4, root + i, root + 2 * i, p);
     }
     if (log & 1) {
         for (std::size_t j = 0; j < length / 2; ++j) step_back(&x[j], &x[j + length / 2], root[0], p);
@@ -188,10 +194,15 @@ int cyclic_product(int k, u64 *x, u64 *y, int log)
     if (!get_roots(k, log > 1 ? log - 1 : 1)) return 0;
     const u64 p = transform_prime[k];
     const std::size_t length = std::size_t{1} << log;
-    transform_there(x, log, tables[k].forward, p);
-    if (y != x) transform_there(y, log, tables[k].forward, p);
+    const root_table roots = tables[k];
+    poll_interrupt();
+    transform_there(x, log, roots.forward, p);
+    poll_interrupt();
+    if (y != x) transform_there(y, log, roots.forward, p);
+    poll_interrupt();
     multiply_entries(x, y, length, p);
-    transform_back(x, log, tables[k].backward, p);
+    transform_back(x, log, roots.backward, p);
+    poll_interrupt();
     const u64 two_64 = static_cast<u64>((static_cast<u128>(1) << 64) % p);
     const factor scale = factor_of(times(two_64, power(length % p, p - 2, p), p), p);
     for (std::size_t i = 0; i < length; ++i) {
@@ -201,7 +212,7 @@ int cyclic_product(int k, u64 *x, u64 *y, int log)
     return 1;
 }
 
-// Integers ------------------------------------------------------------------------------------------------------
+// Integers ----------------------------------------------------------------------------------------------
 
 std::int64_t integer_of(u64 r)
 {

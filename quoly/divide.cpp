@@ -1,7 +1,7 @@
 // quoly/divide.cpp -- quotients of scalar values.
 //
-// Numbers are divided at once. What has a polynomial in it goes to the divisions of polynomials, to which a plain
-// number is shown as a polynomial without a copy. A quotient that would need a denominator is declined.
+// Numbers are divided at once. What has a polynomial in it goes to the divisions of polynomials, to which a
+// plain number is shown as a polynomial without a copy. A quotient that would need a denominator is declined.
 #include "quoly/divide.h"
 #include "numbers/compare.h"
 #include "numbers/plain_arith.h"

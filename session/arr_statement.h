@@ -8,8 +8,8 @@
 
 namespace kelmar {
 
-// Run the array statement that begins with `kind` ('[', '~', '"', 'A', 'M', or a determinant letter), its first
-// token in hand. Errors: 28.
+// Run the array statement that begins with `kind` ('[', '~', '"', 'A', 'M', or a determinant
+// letter), its first token in hand. Errors: 28.
 void arr_parse(input_stream **stream, quolynode **result, name_node **cursor, char kind);
 
 // *p = the slot of entry name[...], the token `[` in hand; null for an absent sparse entry. Errors: 28.

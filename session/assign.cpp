@@ -1,6 +1,7 @@
 // session/assign.cpp -- assignment.
 //
-// The computed value moves into the target's slot; nothing is copied but, at the terminal, what is to be shown.
+// The computed value moves into the target's slot; nothing is copied but, at the terminal,
+// what is to be shown.
 #include "session/assign.h"
 #include "numbers/dispatch.h"
 #include "quoly/add.h"

@@ -5,8 +5,8 @@
 
 namespace kelmar {
 
-// The left side is in *v, announced, the token ":" in hand. Store, and leave the statement's value in *v: at the
-// terminal a copy of what was stored, in a stored list 0. Errors: 196 223 224 294 316 317.
+// The left side is in *v, announced, the token ":" in hand. Store, and leave the statement's value in *v: at
+// the terminal a copy of what was stored, in a stored list 0. Errors: 196 223 224 294 316 317.
 void assign(input_stream **stream, operand *v, name_node **cursor);
 
 }  // namespace kelmar

@@ -1,7 +1,7 @@
 // session/builtins.cpp -- built-in functions.
 //
-// The table of names comes from the message file, in the order of the indices; the search runs over a permutation
-// of it that is sorted by name.
+// The table of names comes from the message file, in the order of the indices; the search runs
+// over a permutation of it that is sorted by name.
 #include "session/builtins.h"
 #include <cstring>
 #include "numbers/startup.h"
@@ -39,13 +39,8 @@ struct builtin_case {
 
 // An index without a row is not implemented.
 static const builtin_case builtin_cases[] = {
-    {2, builtin_int},
-    {24, builtin_func_definition},
-    {25, builtin_func_definition},
-    {62, builtin_int},
-    {66, builtin_prod},
-    {74, builtin_return},
-    {82, builtin_sigma},
+    {2, builtin_int},   {24, builtin_func_definition}, {25, builtin_func_definition}, {62, builtin_int},
+    {66, builtin_prod}, {74, builtin_return},          {82, builtin_sigma},
 };
 
 struct builtin_table {

@@ -1,7 +1,7 @@
 // session/errors.cpp -- the one way of failing.
 //
-// error is a page of named steps in a fixed order: forget, report, show the place, show the trace, then either
-// unwind to the restart point or push a command level on top of what failed. It comes back only from a
+// error is a page of named steps in a fixed order: forget, report, show the place, show the trace, then
+// either unwind to the restart point or push a command level on top of what failed. It comes back only from a
 // downgraded error and from a pushed level; every caller says what value goes on then.
 #include "session/errors.h"
 #include "numbers/startup.h"
@@ -95,7 +95,8 @@ static void report_definition(int status, const char *errname)
 {
     if (status == err_dangling_array) {
         std::fputs("that you have just deleted.  Any reference to this parameter \n", Output);
-        std::fprintf(Output, "%s may crash Kelmar. There may be other such dangling array parameters.\n", errname);
+        std::fprintf(Output, "%s may crash Kelmar. There may be other such dangling array parameters.\n",
+                     errname);
         return;
     }
     const bool too_many_ends = status == err_too_many_blank_lines;
@@ -255,12 +256,13 @@ static void warn_of_delicate_time()
                    Output);
     }
     if (globalpoly > 0) {
-        std::fprintf(Output, "%s    Beware! (You can use ZZ3 to display a variable.)\n\n", poly_table_changed);
+        std::fprintf(Output, "%s    Beware! (You can use ZZ3 to display a variable.)\n\n",
+                     poly_table_changed);
     }
 }
 
-// What a pushed level keeps for the computation beneath it: what the report itself forgets, and what the statements of
-// the level will write over.
+// What a pushed level keeps for the computation beneath it: what the report itself forgets, and
+// what the statements of the level will write over.
 struct interrupted_state {
     std::int32_t integer, definitions, modular, lint, loaded, at_terminal, flote;
     std::int32_t leaving, exiting, cycling, cancelling, evaluating, dumping, quitting;

@@ -1,8 +1,9 @@
 #pragma once
 // session/evaluator.h -- what the evaluators of expressions share: operands, and the state of a statement.
 //
-// Reading a variable copies nothing. An operand is two slots: p, where the value stands, possibly the storage of
-// a variable, which is read-only unless it is assigned to; and n, which holds a value that had to be computed.
+// Reading a variable copies nothing. An operand is two slots: p, where the value stands,
+// possibly the storage of a variable, which is read-only unless it is assigned to; and n,
+// which holds a value that had to be computed.
 
 #include "quoly/quoly.h"
 #include "session/scanner.h"
@@ -13,9 +14,9 @@ struct colm;        // an entry of a sparse row
 struct sparse_row;  // the head of a sparse row
 
 struct operand {
-    quolynode **p;    // where the value stands; null: an absent entry of a sparse array, worth 0
-    quolynode *n;     // computed value, owned by the evaluator; null while p points elsewhere
-    colm *col;        // where an absent entry would go
+    quolynode **p;  // where the value stands; null: an absent entry of a sparse array, worth 0
+    quolynode *n;   // computed value, owned by the evaluator; null while p points elsewhere
+    colm *col;      // where an absent entry would go
     sparse_row *row;
 };
 
@@ -60,7 +61,8 @@ inline void give_back()
 // Make the operand's value a private one in v->n, copying what stands in storage; an absent entry is 0.
 void make_private(operand *v);
 
-// Leave modular mode, for something that must be a true integer, and come back to it. Every use is such a pair.
+// Leave modular mode, for something that must be a true integer, and come back to it. Every
+// use is such a pair.
 void check_modular(std::int32_t *saved);
 void restore_modular(const std::int32_t *saved);
 

@@ -48,7 +48,8 @@ static int from_working_directory(const char *relative, char *buffer)
     char *canonical = realpath(joined, nullptr);
     if (!canonical) return 1;
     const bool fits = std::strlen(canonical) < path_room;
-    // on purpose: only the directories are canonicalised; a link of the last component is the caller's to follow
+    // on purpose: only the directories are canonicalised; a link of the last component is the
+    // caller's to follow
     struct stat s;
     if (fits && lstat(joined, &s) == 0 && !S_ISLNK(s.st_mode)) std::strcpy(buffer, canonical);
     std::free(canonical);
@@ -86,7 +87,8 @@ int GetExecName(const char *argv0, char *buffer)
     return found;
 }
 
-// Replace the path by the target of the symbolic link that it is; a relative target replaces the last component.
+// Replace the path by the target of the symbolic link that it is; a relative target replaces
+// the last component.
 static void follow_link(char *path)
 {
     char target[1024];
@@ -95,7 +97,8 @@ static void follow_link(char *path)
     target[length] = 0;
     char *last = std::strrchr(path, '/');
     char *put = target[0] == '/' || !last ? path : last + 1;
-    if (static_cast<std::size_t>(put - path) + static_cast<std::size_t>(length) < path_room) std::strcpy(put, target);
+    if (static_cast<std::size_t>(put - path) + static_cast<std::size_t>(length) < path_room)
+        std::strcpy(put, target);
 }
 
 void find_data_directory(const char *argv0, char *buffer)

@@ -1,8 +1,8 @@
 // session/expr.cpp -- sums and terms.
 //
-// A sum keeps its running value in the left operand. While that still stands in storage the copying form of an
-// operation makes it private; from then on every operation works in place. The old_ and half_ families are the
-// same loops entered at another point.
+// A sum keeps its running value in the left operand. While that still stands in storage the copying form
+// of an operation makes it private; from then on every operation works in place. The old_ and half_
+// families are the same loops entered at another point.
 #include "session/expr.h"
 #include "quoly/add.h"
 #include "quoly/divide.h"
@@ -17,8 +17,8 @@ namespace kelmar {
 
 // Operations on operands --------------------------------------------------------------------------------
 
-// The value of an operand; an absent entry, and a variable that a statement inside the expression has emptied,
-// become 0.
+// The value of an operand; an absent entry, and a variable that a statement inside the
+// expression has emptied, become 0.
 static const quolynode *read_value(operand *v)
 {
     if (!v->p || !*v->p) make_private(v);
@@ -102,7 +102,8 @@ static bool term_goes_on()
     return in_set(term_set, c);
 }
 
-// The operator in hand is consumed; `(` or a letter is none, and begins the next factor. *no_reduce tells `//`.
+// The operator in hand is consumed; `(` or a letter is none, and begins the next factor.
+// *no_reduce tells `//`.
 static char take_operator(input_stream **stream, name_node **cursor, std::int32_t *no_reduce)
 {
     const char op = token.text[0];
@@ -160,7 +161,7 @@ void term(input_stream **stream, operand *v, name_node **cursor)
     disown();
 }
 
-// Sums --------------------------------------------------------------------------------------------------------
+// Sums ------------------------------------------------------------------------------------------------------
 
 // The terms behind the first one, which is in *v; v->n is announced.
 static void sum_rest(input_stream **stream, operand *v, name_node **cursor)

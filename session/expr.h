@@ -1,16 +1,16 @@
 #pragma once
 // session/expr.h -- the recursive-descent evaluator of scalar expressions.
 //
-// It computes as it reads, one token ahead; there is no tree. Precedence, loosest first: assignment (expre only),
-// sum, term, factor. The three families differ in what they start from:
+// It computes as it reads, one token ahead; there is no tree. Precedence, loosest first: assignment (expre
+// only), sum, term, factor. The three families differ in what they start from:
 //
 //   expre, term, fact              an operand, which may stand in storage; expre also assigns
 //   old_expre, old_term, old_fact  a private value in *n
 //   half_expre, half_term, half_fact   *n already holds the first operand, the token after it is in hand
 //
-// All begin with the first token in hand, and end with the token behind the expression in hand. *n of the old_
-// family is replaced. Errors: 1 2 19 22 32 62 63 109 115 116 129 130 150 175 177 223 224 227 294 316 317 337 339
-// 341 376.
+// All begin with the first token in hand, and end with the token behind the expression in
+// hand. *n of the old_ family is replaced. Errors: 1 2 19 22 32 62 63 109 115 116 129 130 150
+// 175 177 223 224 227 294 316 317 337 339 341 376.
 
 #include "session/evaluator.h"
 

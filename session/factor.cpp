@@ -1,8 +1,8 @@
 // session/factor.cpp -- factors.
 //
-// The first character of the token tells the kind of factor, through a table of readers. A reader leaves the value
-// in the operand and the token behind it in hand; postfix forms come after. A reader that has read its postfix
-// forms already, because its operand was a whole factor, says so.
+// The first character of the token tells the kind of factor, through a table of readers. A reader leaves the
+// value in the operand and the token behind it in hand; postfix forms come after. A reader that has read its
+// postfix forms already, because its operand was a whole factor, says so.
 #include "session/factor.h"
 #include <cmath>
 #include "poly/variables.h"

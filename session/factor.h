@@ -5,8 +5,8 @@
 
 namespace kelmar {
 
-// Read one factor into *v, whose n is announced. With keep_absent an absent sparse entry stays absent (v->p null);
-// otherwise it becomes 0 in n, unless ":" follows. Errors: those of expr.h.
+// Read one factor into *v, whose n is announced. With keep_absent an absent sparse entry stays absent (v->p
+// null); otherwise it becomes 0 in n, unless ":" follows. Errors: those of expr.h.
 void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent);
 
 // *n = the value of one factor, private. *n replaced.

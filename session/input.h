@@ -10,8 +10,8 @@
 namespace kelmar {
 
 struct input_stream {
-    int fd;               // -1: the whole text stands in buf
-    int at_end;           // the end was seen; it stays seen
+    int fd;      // -1: the whole text stands in buf
+    int at_end;  // the end was seen; it stays seen
     unsigned char *buf;
     std::size_t pos, end;  // unread bytes are buf[pos .. end-1]
 };

@@ -1,7 +1,8 @@
 // session/literal.cpp -- numeric literals.
 //
-// The whole part goes through the decimal chains of the number layer. Decimals are a second literal, divided by a
-// power of ten; in float mode they are a running double, and digits beyond what a double can feel are skipped.
+// The whole part goes through the decimal chains of the number layer. Decimals are a second
+// literal, divided by a power of ten; in float mode they are a running double, and digits
+// beyond what a double can feel are skipped.
 #include "session/literal.h"
 #include <cmath>
 #include "numbers/decimal.h"

@@ -1,8 +1,8 @@
 // session/loop.cpp -- one statement after the other.
 //
 // The loop of level 1 and that of a pushed level are the same function on another frame: a pushed level has a
-// result slot of its own, and is left when time_to_quit is set. An error that pushed a deeper level, which was
-// then left, comes back here as an abandoned statement.
+// result slot of its own, and is left when time_to_quit is set. An error that pushed a deeper level, which
+// was then left, comes back here as an abandoned statement.
 #include "session/loop.h"
 #include "session/evaluator.h"
 #include "poly/variables.h"

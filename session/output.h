@@ -14,8 +14,8 @@ inline std::int32_t extra_line = 1;
 // default 1; results are shown; the switch &N
 inline std::int32_t noisy = 1;
 
-// Show what was written, where somebody may be watching: a terminal or a pipe. A file gets it when its buffer is
-// full, and everything is shown before the session waits for input.
+// Show what was written, where somebody may be watching: a terminal or a pipe. A file gets it when its buffer
+// is full, and everything is shown before the session waits for input.
 void flush_output();
 
 // Look at what kind of file Output is. Called once.

@@ -1,9 +1,9 @@
 #pragma once
 // session/owned.h -- the values that running evaluators own.
 //
-// An evaluator that holds a computed value across a call which may fail announces the slot here. When an error
-// abandons the statement, every announced slot is freed before the jump, so that a session may fail a million
-// times and stay as small as it was. Announce and withdraw are two stores each.
+// An evaluator that holds a computed value across a call which may fail announces the slot here. When an
+// error abandons the statement, every announced slot is freed before the jump, so that a session may fail a
+// million times and stay as small as it was. Announce and withdraw are two stores each.
 
 #include "quoly/quoly.h"
 

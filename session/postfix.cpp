@@ -14,7 +14,8 @@
 
 namespace kelmar {
 
-static constexpr std::int32_t largest_factorial = 66000;      // its digits still have a decimal form of legal size
+// its digits still have a decimal form of legal size
+static constexpr std::int32_t largest_factorial = 66000;
 static constexpr std::int64_t largest_power = std::int64_t{1} << 22;  // digits of an exact power
 
 // Powers ------------------------------------------------------------------------------------------------
@@ -156,17 +157,10 @@ static void differentiate(operand *v)
 void postfix(input_stream **stream, operand *v, name_node **cursor)
 {
     switch (token.text[0]) {
-    case '^':
-        power(stream, v, cursor);
-        break;
-    case '!':
-        take_factorial(stream, v, cursor);
-        break;
-    case '#':
-        take_evaluation(stream, v, cursor);
-        break;
-    default:
-        break;
+    case '^': power(stream, v, cursor); break;
+    case '!': take_factorial(stream, v, cursor); break;
+    case '#': take_evaluation(stream, v, cursor); break;
+    default: break;
     }
     while (token.text[0] == '"') {
         differentiate(v);

@@ -1,7 +1,7 @@
 // session/prompt.cpp -- prompts.
 //
-// Rewinding standard input, as a terminal driver might do here, has no effect on any kind of input: a file that
-// was rewound after an error would run for ever.
+// Rewinding standard input, as a terminal driver might do here, has no effect on any kind of input: a file
+// that was rewound after an error would run for ever.
 #include "session/prompt.h"
 #include "session/levels.h"
 #include "session/output.h"

@@ -21,7 +21,8 @@ void next_prompt();
 // Ask for the first statement after the start or a panic stop.
 void restart_prompt();
 
-// Write level and prompt of a question, and drop the pending character. At the end of the input the session ends.
+// Write level and prompt of a question, and drop the pending character. At the end of the
+// input the session ends.
 void do_prompts();
 
 // What stands aside while an answer is read from the terminal.
@@ -31,8 +32,8 @@ struct asking {
     token_rec tok;
 };
 
-// Ask: do_prompts, and from now on the terminal is the source. Each use is a pair with end_answer, which brings
-// back the source, its leftover when it is a file, and the token.
+// Ask: do_prompts, and from now on the terminal is the source. Each use is a pair with end_answer, which
+// brings back the source, its leftover when it is a file, and the token.
 void begin_answer(asking *a);
 void end_answer(const asking *a);
 

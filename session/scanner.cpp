@@ -83,7 +83,8 @@ static int next_significant(input_stream *in, int *passed)
     }
 }
 
-// The next character of a name; what cannot be one ends it. A line end, and the end of the input, stay unread.
+// The next character of a name; what cannot be one ends it. A line end, and the end of the
+// input, stay unread.
 static int next_of_name(input_stream *in)
 {
     const int c = peek_char(in);
@@ -190,7 +191,7 @@ void dumbscanner(input_stream **stream, token_rec *tok, name_node **cursor, int 
     append_to_ring(tok);
 }
 
-// Stored input ------------------------------------------------------------------------------------------------
+// Stored input ----------------------------------------------------------------------------------------------
 
 // Append the token to the list whose last record is *tail.
 static void store_token(name_node **head, name_node **tail, const token_rec *tok)

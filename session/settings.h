@@ -3,15 +3,11 @@
 // that comes.
 
 #include "poly/display.h"
+#include "poly/div_fast.h"
 #include "poly/mul.h"
 #include "quoly/quoly.h"
 
 namespace kelmar {
-
-// default 1, set to 0 at the first prompt; the fast probabilistic tests of exact division are permitted; &_t;
-// reset: unwind
-inline std::int32_t try_rat = 1;
-inline std::int32_t rat_yes = 1;
 
 inline constexpr std::int32_t denom_count = 999;
 inline quolynode *denom[denom_count];  // the values 1 to 998, for characteristic polynomials

@@ -1,7 +1,7 @@
 // session/start.cpp -- the start of a session, in a fixed order of steps.
 //
-// Tables are read in the digit view; then the start-up file runs; then the ground ring of the session is set. The
-// ring is set again after every panic stop, because whatever was abandoned may have left it.
+// Tables are read in the digit view; then the start-up file runs; then the ground ring of the session is set.
+// The ring is set again after every panic stop, because whatever was abandoned may have left it.
 #include "session/start.h"
 #include <cstdlib>
 #include <ctime>
@@ -11,6 +11,7 @@
 #include "numbers/mode.h"
 #include "numbers/random.h"
 #include "numbers/startup.h"
+#include "quoly/charpoly_data.h"
 #include "poly/variables.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -37,14 +38,15 @@ namespace kelmar {
 // The process -------------------------------------------------------------------------------------------
 
 #ifdef KELMAR_MALLOC_RECORDS
-static constexpr rlim_t wanted_stack = rlim_t{56} << 20;  // the sanitizer cleans no more than 64 MiB at a jump
+// the sanitizer cleans no more than 64 MiB at a jump
+static constexpr rlim_t wanted_stack = rlim_t{56} << 20;
 #else
 static constexpr rlim_t wanted_stack = rlim_t{1} << 30;  // bytes
 #endif
-static constexpr rlim_t stack_reserve = 262144;          // bytes that check_stack keeps for a report
+static constexpr rlim_t stack_reserve = 262144;  // bytes that check_stack keeps for a report
 
-// Where the stack is smaller than it may be, raise its limit and start the program once more: the room below a
-// stack is laid out when a program starts.
+// Where the stack is smaller than it may be, raise its limit and start the program once more: the room
+// below a stack is laid out when a program starts.
 static void raise_stack_limit(char **argv)
 {
     struct rlimit limit;
@@ -118,6 +120,7 @@ void prepare_session(const char *data_directory)
     make_owned();
     init_psets();
     initialize(data_directory);
+    load_char_data();
 #ifndef KELMAR_MALLOC_RECORDS
     prime_polygarb(primed_nodes);
 #endif
@@ -205,7 +208,7 @@ static void load_startup(const char *directory)
     totalavailablememory = 4 * initial_memory;
 }
 
-// The session -------------------------------------------------------------------------------------------------
+// The session -----------------------------------------------------------------------------------------------
 
 static void set_ground_ring()
 {

@@ -6,8 +6,8 @@
 
 namespace kelmar {
 
-// Run a session on standard input and output. Returns the exit status. `exact`: the session's numbers are exact
-// integers and fractions instead of floats.
+// Run a session on standard input and output. Returns the exit status. `exact`: the session's numbers
+// are exact integers and fractions instead of floats.
 int run_session(char **argv, int exact);
 
 // Make the process ready for sessions without reading any input: stashes, tables, defaults. Tests start here.

@@ -133,10 +133,10 @@ struct statement_row {
 };
 
 static const statement_row statements[] = {
-    {'!', output_statement},  {'"', array_statement},    {'[', array_statement},
-    {'~', array_statement},   {'&', switch_statement},   {'%', arrays_of_arrays_statement},
-    {';', empty_statement},   {'?', question_statement}, {'@', cancel_statement},
-    {'A', name_statement},    {'D', name_statement},     {'M', name_statement},
+    {'!', output_statement}, {'"', array_statement},    {'[', array_statement},
+    {'~', array_statement},  {'&', switch_statement},   {'%', arrays_of_arrays_statement},
+    {';', empty_statement},  {'?', question_statement}, {'@', cancel_statement},
+    {'A', name_statement},   {'D', name_statement},     {'M', name_statement},
     {'T', name_statement},
 };
 

@@ -1,7 +1,7 @@
 // session/storm.cpp -- a level pushed and resumed at every n-th poll.
 //
-// The level gets an input of its own that says &_p, and an output that nobody reads. What it leaves behind in the state
-// of the session is then the interrupted statement's to suffer: transcripts must not change.
+// The level gets an input of its own that says &_p, and an output that nobody reads. What it leaves behind in
+// the state of the session is then the interrupted statement's to suffer: transcripts must not change.
 #include "session/storm.h"
 #ifdef KELMAR_STORM
 #include "session/evaluator.h"

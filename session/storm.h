@@ -3,7 +3,8 @@
 
 namespace kelmar {
 
-// Now and then push a command level here and leave it at once, unseen. Nothing that a session shows may change.
+// Now and then push a command level here and leave it at once, unseen. Nothing that a session
+// shows may change.
 void storm_poll();
 
 }  // namespace kelmar

@@ -10,8 +10,8 @@ clock_pair read_clocks()
     return {static_cast<long>(std::time(nullptr)), static_cast<long>(std::clock() / (CLOCKS_PER_SEC / 1000))};
 }
 
-// The CPU clock is a call of the kernel, so it is read only where the time will be written. A statement that turns
-// timing on has itself spent next to nothing.
+// The CPU clock is a call of the kernel, so it is read only where the time will be written. A statement that
+// turns timing on has itself spent next to nothing.
 void start_timing()
 {
     mytime[time_level] = {static_cast<long>(std::time(nullptr)), 0};
@@ -41,8 +41,8 @@ void write_timing()
     char digits[4];
     std::snprintf(digits, sizeof digits, "%03d", static_cast<int>(c % 1000));
     if (h > 0) {
-        std::fprintf(Output, " Elapsed real time: %lu:%2lu:%2lu.  CPU time: %lu:%2lu.%s\n", h, m, s, c / 60000,
-                     c / 1000 % 60, digits);
+        std::fprintf(Output, " Elapsed real time: %lu:%2lu:%2lu.  CPU time: %lu:%2lu.%s\n", h, m, s,
+                     c / 60000, c / 1000 % 60, digits);
     } else if (m > 0) {
         std::fprintf(Output, " Elapsed real time: %2lu:%2lu.  CPU time: %lu:%2lu.%s\n", m, s, c / 60000,
                      c / 1000 % 60, digits);

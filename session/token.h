@@ -1,9 +1,10 @@
 #pragma once
 // session/token.h -- the current token, and the record of a stored one.
 //
-// A token is an identifier of at most ten characters, or one single character; numbers are assembled from digit
-// tokens. Stored statements are chains of name records, and a cursor, the address of a pointer to one, makes
-// the scanner deliver them instead of reading a stream. The cursor zilch is always null: read the stream.
+// A token is an identifier of at most ten characters, or one single character; numbers are
+// assembled from digit tokens. Stored statements are chains of name records, and a cursor, the
+// address of a pointer to one, makes the scanner deliver them instead of reading a stream. The
+// cursor zilch is always null: read the stream.
 
 #include <cstdint>
 #include <cstdio>
@@ -24,12 +25,12 @@ static_assert(std::is_trivial_v<token_rec>);
 struct name_node {
     char text[token_room];
     std::int16_t index;
-    name_node *chain;      // linked body: the next record of the same variable
-    void *ptr;             // linked body: the slot of the variable, or the base of the array
-    name_node *next;       // the next token
-    std::int32_t linked;   // 1 when ptr is valid; parameter: it holds an array
-    std::int32_t spaced;   // a blank followed in the source; parameter: its array is sparse
-    std::int32_t kind;     // linked: 1 scalar, 2 entry with fixed index, 3 entry with computed index
+    name_node *chain;     // linked body: the next record of the same variable
+    void *ptr;            // linked body: the slot of the variable, or the base of the array
+    name_node *next;      // the next token
+    std::int32_t linked;  // 1 when ptr is valid; parameter: it holds an array
+    std::int32_t spaced;  // a blank followed in the source; parameter: its array is sparse
+    std::int32_t kind;    // linked: 1 scalar, 2 entry with fixed index, 3 entry with computed index
 };
 static_assert(std::is_trivial_v<name_node>);
 

@@ -10,7 +10,7 @@
 namespace kelmar {
 
 static constexpr int names_a_line = 20;
-static constexpr int repeats_shown = 9;    // of a name, after its first
+static constexpr int repeats_shown = 9;     // of a name, after its first
 static constexpr int statement_width = 69;  // columns of an interrupted statement
 
 void make_trace()

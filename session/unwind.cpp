@@ -4,6 +4,7 @@
 // that the abandoned evaluators own go back to their free lists. Nothing on the frames in between has a
 // destructor.
 #include "session/unwind.h"
+#include "poly/mul_work.h"
 #include "poly/variables.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -59,6 +60,7 @@ void forget_on_error(int status)
 
 void release_abandoned()
 {
+    release_work();
     undo_all();
     release_calls(nullptr);
     release_pending(nullptr);

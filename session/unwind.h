@@ -1,10 +1,10 @@
 #pragma once
 // session/unwind.h -- the jumps of the session, and what is forgotten on the way.
 //
-// Three points can be jumped to: the restart point, where every panic stop and every error at the top goes; the
-// exit point of &q; and the abandon point of the statement loop or function body in which an error pushed a
-// level that was then left. All jumps stand in unwind.cpp. A module with something to forget has a row in the
-// table there; error does not know the modules.
+// Three points can be jumped to: the restart point, where every panic stop and every error at the top goes;
+// the exit point of &q; and the abandon point of the statement loop or function body in which an error pushed
+// a level that was then left. All jumps stand in unwind.cpp. A module with something to forget has a row in
+// the table there; error does not know the modules.
 
 #include <csetjmp>
 
@@ -13,18 +13,18 @@ namespace kelmar {
 inline sigjmp_buf buf9999;  // restart: a panic stop or an error at the top
 inline sigjmp_buf buf98;    // exit: &q and the end of the input
 
-struct pending;     // session/func_records.h
+struct pending;  // session/func_records.h
 struct call_frame;
 
 // Where a statement that cannot go on is abandoned with value 0, and the next one runs.
 struct abandon_point {
     sigjmp_buf buf;
-    int owned_mark;          // slots announced when the point was set
-    int borrowed_mark;       // operands borrowed then
-    pending *pending_mark;   // what was being read, and the call that ran, then
+    int owned_mark;         // slots announced when the point was set
+    int borrowed_mark;      // operands borrowed then
+    pending *pending_mark;  // what was being read, and the call that ran, then
     call_frame *calls_mark;
-    int definitions_mark;    // definitions in progress then
-    abandon_point *outer;    // the point in force before
+    int definitions_mark;  // definitions in progress then
+    abandon_point *outer;  // the point in force before
 };
 
 // default null; the innermost abandon point; statement loops and function bodies; reset: unwind

@@ -95,13 +95,11 @@ static void reduce(operands *o, int i)
 }
 
 static const routine routines[] = {
-    {"gcd",
-     [](operands *o, int i) { binary_gcd(&o->a[i], &o->b[i], &o->c); },
+    {"gcd", [](operands *o, int i) { binary_gcd(&o->a[i], &o->b[i], &o->c); },
      [](operands *o, int i) { mpz_gcd(o->zc, o->za[i], o->zb[i]); }, 0},
     {"reduce_coprime", reduce, reduce_with_gmp, 0},
     {"reduce_half", reduce, reduce_with_gmp, 2},
-    {"sqrt",
-     [](operands *o, int i) { int_sqrt(&o->a[i], &o->c, 1); },
+    {"sqrt", [](operands *o, int i) { int_sqrt(&o->a[i], &o->c, 1); },
      [](operands *o, int i) { mpz_sqrt(o->zc, o->za[i]); }, 0},
 };
 
@@ -155,8 +153,8 @@ static void run(benchmark::State &state, const routine *r)
 int main(int argc, char **argv)
 {
     for (const routine &r : routines) {
-        benchmark::internal::Benchmark *b =
-            benchmark::RegisterBenchmark(r.name, [&r](benchmark::State &state) { run(state, &r); });
+        benchmark::internal::Benchmark *b = benchmark::RegisterBenchmark(
+            r.name, [&r](benchmark::State &state) { run(state, &r); });
         b->UseManualTime()->MinTime(0.1);
         for (std::int64_t n : {1, 2, 4, 16, 17, 64, 256, 1024, 4096, 16384}) b->Arg(n);
     }

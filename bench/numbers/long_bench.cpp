@@ -176,8 +176,7 @@ static std::int64_t twice(std::int64_t n)
 }
 
 static routine routines[] = {
-    {"add",
-     [](operands *o, int i) { summ(&o->a[i], &o->b[i], &o->c, digit_base); },
+    {"add", [](operands *o, int i) { summ(&o->a[i], &o->b[i], &o->c, digit_base); },
      [](operands *o, int i) { mpz_add(o->zc, o->za[i], o->zb[i]); }, same, 0, 0, 0, 0},
     {"sub",
      [](operands *o, int i) { meddiff(o->a[i].size, o->b[i].size, o->a[i].head, o->b[i].head, &o->c); },
@@ -186,28 +185,23 @@ static routine routines[] = {
      [](operands *o, int i) { fastsum(&o->a[i], &o->b[i]), fastdiff(&o->a[i], &o->b[i]); },
      [](operands *o, int i) { mpz_add(o->za[i], o->za[i], o->zb[i]), mpz_sub(o->za[i], o->za[i], o->zb[i]); },
      same, 0, 0, 0, 0},
-    {"mul",
-     [](operands *o, int i) { fast_mult(&o->a[i], &o->b[i], &o->c); },
+    {"mul", [](operands *o, int i) { fast_mult(&o->a[i], &o->b[i], &o->c); },
      [](operands *o, int i) { mpz_mul(o->zc, o->za[i], o->zb[i]); }, same, 0, 0, 0, 0},
-    {"mul_on_chains",
-     [](operands *o, int i) { multiply(&o->a[i], &o->b[i], &o->c); },
+    {"mul_on_chains", [](operands *o, int i) { multiply(&o->a[i], &o->b[i], &o->c); },
      [](operands *o, int i) { mpz_mul(o->zc, o->za[i], o->zb[i]); }, same, 0, 0, 0, 0},
-    {"square",
-     [](operands *o, int i) { fast_mult(&o->a[i], &o->a[i], &o->c); },
+    {"square", [](operands *o, int i) { fast_mult(&o->a[i], &o->a[i], &o->c); },
      [](operands *o, int i) { mpz_mul(o->zc, o->za[i], o->za[i]); }, same, 0, 0, 0, 0},
-    {"divide",
-     [](operands *o, int i) { divide(&o->a[i], &o->b[i], &o->c, &o->d); },
+    {"divide", [](operands *o, int i) { divide(&o->a[i], &o->b[i], &o->c, &o->d); },
      [](operands *o, int i) { mpz_tdiv_qr(o->zc, o->zd, o->za[i], o->zb[i]); }, twice, 0, 0, 0, 0},
-    {"divide_same_size",
-     [](operands *o, int i) { divide(&o->a[i], &o->b[i], &o->c, &o->d); },
+    {"divide_same_size", [](operands *o, int i) { divide(&o->a[i], &o->b[i], &o->c, &o->d); },
      [](operands *o, int i) { mpz_tdiv_qr(o->zc, o->zd, o->za[i], o->zb[i]); }, same, 0, 0, 0, 0},
 };
 
 int main(int argc, char **argv)
 {
     for (routine &r : routines) {
-        benchmark::internal::Benchmark *b =
-            benchmark::RegisterBenchmark(r.name, [&r](benchmark::State &state) { run(state, &r); });
+        benchmark::internal::Benchmark *b = benchmark::RegisterBenchmark(
+            r.name, [&r](benchmark::State &state) { run(state, &r); });
         b->UseManualTime();
         for (std::int64_t n : {1, 2, 4, 16, 17, 64, 256, 1024, 4096, 16384}) {
             if (r.ours == routines[4].ours && n > 1024) continue;

@@ -100,8 +100,19 @@ static void bm_to_decimal(benchmark::State &state)
     for (number *m : {&n, &other, &out, &product}) special_free(m);
     mpz_clear(z);
 }
-BENCHMARK(bm_to_decimal)->UseManualTime()->MinTime(0.1)->Arg(1)->Arg(2)->Arg(4)->Arg(16)->Arg(17)->Arg(64)
-    ->Arg(256)->Arg(1024)->Arg(4096)->Arg(16384);
+BENCHMARK(bm_to_decimal)
+    ->UseManualTime()
+    ->MinTime(0.1)
+    ->Arg(1)
+    ->Arg(2)
+    ->Arg(4)
+    ->Arg(16)
+    ->Arg(17)
+    ->Arg(64)
+    ->Arg(256)
+    ->Arg(1024)
+    ->Arg(4096)
+    ->Arg(16384);
 
 // Whole tasks -----------------------------------------------------------------------------------------------
 

@@ -67,13 +67,9 @@ static void compare(benchmark::State &state, F ours, G plain)
     double time_ours = 0, time_plain = 0, count = 0;
     std::uint32_t sum_ours = 0, sum_plain = 0;
     for (auto _ : state) {
-        const double t = seconds_of([&] {
-            apply<chained>(ours);
-        });
+        const double t = seconds_of([&] { apply<chained>(ours); });
         for (std::int32_t v : results) sum_ours = sum_ours * 31 + static_cast<std::uint32_t>(v);
-        time_plain += seconds_of([&] {
-            apply<chained>(plain);
-        });
+        time_plain += seconds_of([&] { apply<chained>(plain); });
         for (std::int32_t v : results) sum_plain = sum_plain * 31 + static_cast<std::uint32_t>(v);
         time_ours += t;
         state.SetIterationTime(t);
@@ -117,11 +113,12 @@ static void bm_add(benchmark::State &state)
 {
     enter(static_cast<std::int32_t>(state.range(0)));
     const std::uint32_t m = static_cast<std::uint32_t>(modulus);
-    compare<true>(state, [](std::int32_t a, std::int32_t b) { return mod_add(a, b, modulus); },
-            [m](std::int32_t a, std::int32_t b) {
-                const std::uint32_t s = static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b);
-                return static_cast<std::int32_t>(s >= m ? s - m : s);
-            });
+    compare<true>(
+        state, [](std::int32_t a, std::int32_t b) { return mod_add(a, b, modulus); },
+        [m](std::int32_t a, std::int32_t b) {
+            const std::uint32_t s = static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b);
+            return static_cast<std::int32_t>(s >= m ? s - m : s);
+        });
 }
 BENCHMARK(bm_add)->UseManualTime()->Arg(65521)->Arg(2147483629);
 
@@ -129,8 +126,9 @@ static void bm_sub(benchmark::State &state)
 {
     enter(static_cast<std::int32_t>(state.range(0)));
     const std::int32_t m = modulus;
-    compare<true>(state, [](std::int32_t a, std::int32_t b) { return mod_sub(a, b, modulus); },
-            [m](std::int32_t a, std::int32_t b) { return a < b ? a - b + m : a - b; });
+    compare<true>(
+        state, [](std::int32_t a, std::int32_t b) { return mod_sub(a, b, modulus); },
+        [m](std::int32_t a, std::int32_t b) { return a < b ? a - b + m : a - b; });
 }
 BENCHMARK(bm_sub)->UseManualTime()->Arg(2147483629);
 
@@ -172,7 +170,8 @@ static void bm_inverse(benchmark::State &state)
 {
     enter(static_cast<std::int32_t>(state.range(0)));
     for (std::int32_t &a : left_words) a += a == 0;
-    compare(state, [](std::int32_t a, std::int32_t) { return imod_inverse(a); }, plain_inverse);
+    compare(
+        state, [](std::int32_t a, std::int32_t) { return imod_inverse(a); }, plain_inverse);
 }
 BENCHMARK(bm_inverse)->UseManualTime()->Arg(65521)->Arg(2147483629);
 

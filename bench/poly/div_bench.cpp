@@ -1,6 +1,7 @@
 // bench/poly/div_bench.cpp -- division with remainder modulo a prime, exact division, and refused trials.
 //
-// The label is a checksum of the results, the same on every machine: terms, and the sum of the numbers modulo 2^32.
+// The label is a checksum of the results, the same on every machine: terms, and the sum of the numbers modulo
+// 2^32.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include "numbers/dispatch.h"
@@ -13,7 +14,7 @@
 
 using namespace kelmar;
 
-// Rings and operands ------------------------------------------------------------------------------------------
+// Rings and operands -------------------------------------------------------------------------------------
 
 static void set_modular(std::int32_t m)
 {
@@ -80,7 +81,7 @@ static polynode *power_sum(int k, std::int32_t v)
     return power;
 }
 
-// Checksums ---------------------------------------------------------------------------------------------------
+// Checksums ----------------------------------------------------------------------------------------------
 
 static std::uint32_t number_sum(const polynode *p, std::int64_t *terms)
 {
@@ -96,7 +97,8 @@ static std::uint32_t number_sum(const polynode *p, std::int64_t *terms)
         } else if (modularmode) {
             sum += static_cast<std::uint32_t>(p->num->word);
         } else {
-            for (const numnode *d = p->num->head; d; d = d->next) sum = sum * 31 + static_cast<std::uint32_t>(d->digit);
+            for (const numnode *d = p->num->head; d; d = d->next)
+                sum = sum * 31 + static_cast<std::uint32_t>(d->digit);
         }
     }
     return sum;
@@ -111,7 +113,7 @@ static void label(benchmark::State &state, const polynode *p)
     state.SetLabel(text);
 }
 
-// With remainder ------------------------------------------------------------------------------------------------
+// With remainder -----------------------------------------------------------------------------------------
 
 // Degree 2 d by d, all coefficients there.
 static void divide_dense(benchmark::State &state, int fast)
@@ -131,21 +133,40 @@ static void modulo_small_prime(benchmark::State &state)
     set_modular(65521);
     divide_dense(state, 1);
 }
-BENCHMARK(modulo_small_prime)->Arg(20)->Arg(100)->Arg(400)->Arg(1000)->Arg(5000)->Arg(12000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(modulo_small_prime)
+    ->Arg(20)
+    ->Arg(100)
+    ->Arg(400)
+    ->Arg(1000)
+    ->Arg(5000)
+    ->Arg(12000)
+    ->Unit(benchmark::kMicrosecond);
 
 static void modulo_large_prime(benchmark::State &state)
 {
     set_modular(2147483629);
     divide_dense(state, 1);
 }
-BENCHMARK(modulo_large_prime)->Arg(100)->Arg(400)->Arg(1000)->Arg(5000)->Arg(12000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(modulo_large_prime)
+    ->Arg(100)
+    ->Arg(400)
+    ->Arg(1000)
+    ->Arg(5000)
+    ->Arg(12000)
+    ->Unit(benchmark::kMicrosecond);
 
 static void modulo_large_prime_in_arrays(benchmark::State &state)
 {
     set_modular(2147483629);
     divide_dense(state, 0);
 }
-BENCHMARK(modulo_large_prime_in_arrays)->Arg(100)->Arg(400)->Arg(1000)->Arg(5000)->Arg(12000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(modulo_large_prime_in_arrays)
+    ->Arg(100)
+    ->Arg(400)
+    ->Arg(1000)
+    ->Arg(5000)
+    ->Arg(12000)
+    ->Unit(benchmark::kMicrosecond);
 
 static void floats_in_one_variable(benchmark::State &state)
 {
@@ -189,14 +210,14 @@ static void exact_of_long_integers(benchmark::State &state)
     set_plain(false);
     divide_product(state);
 }
-BENCHMARK(exact_of_long_integers)->Arg(3)->Arg(6)->Unit(benchmark::kMicrosecond);
+BENCHMARK(exact_of_long_integers)->Arg(3)->Arg(6)->Arg(12)->Unit(benchmark::kMicrosecond);
 
 static void exact_of_floats(benchmark::State &state)
 {
     set_plain(true);
     divide_product(state);
 }
-BENCHMARK(exact_of_floats)->Arg(3)->Arg(6)->Unit(benchmark::kMicrosecond);
+BENCHMARK(exact_of_floats)->Arg(3)->Arg(6)->Arg(12)->Unit(benchmark::kMicrosecond);
 
 // A trial that fails: with the tests, and without.
 static void refused_trial(benchmark::State &state)
@@ -207,7 +228,8 @@ static void refused_trial(benchmark::State &state)
     base_poly(&one, 4);
     best_poly_add(n, one, &n);
     int divides = 0;
-    for (auto _ : state) divides += trial_poly_divide_noq(n, b, five_variables(), static_cast<int>(state.range(0)), 0, 0);
+    for (auto _ : state)
+        divides += trial_poly_divide_noq(n, b, five_variables(), static_cast<int>(state.range(0)), 0, 0);
     state.SetLabel(divides ? "wrong answer" : "no");
     free_poly(&a);
     free_poly(&b);

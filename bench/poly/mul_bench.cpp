@@ -1,7 +1,8 @@
 // bench/poly/mul_bench.cpp -- products of polynomials.
 //
-// The label is a checksum of the product, the same on every machine: its terms, and the sum of its coefficients,
-// each times a weight made of its exponents, modulo 2^32. Doubles are whole numbers, so that they have one too.
+// The label is a checksum of the product, the same on every machine: its terms, and the sum of its
+// coefficients, each times a weight made of its exponents, modulo 2^32. Doubles are whole numbers, so that
+// they have one too.
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdio>
@@ -59,7 +60,8 @@ static number *small_number(std::uint64_t *state)
     return n;
 }
 
-// Return a polynomial in one variable of degree `degree` with steps 1 .. 2 mean - 1 between exponents, 1 for mean 1.
+// Return a polynomial in one variable of degree `degree` with steps 1 .. 2 mean - 1 between exponents, 1
+// for mean 1.
 static polynode *list_of_steps(std::int32_t terms, std::int32_t mean, std::uint64_t seed)
 {
     std::uint64_t state = seed;
@@ -118,10 +120,12 @@ struct checksum {
 
 static std::uint32_t word_of(const number *n)
 {
-    if (flotemode) return static_cast<std::uint32_t>(static_cast<std::uint64_t>(std::fmod(n->real, 4294967296.0)));
+    if (flotemode)
+        return static_cast<std::uint32_t>(static_cast<std::uint64_t>(std::fmod(n->real, 4294967296.0)));
     if (modularmode) return static_cast<std::uint32_t>(n->word);
     std::uint32_t v = 0;
-    for (const numnode *d = n->head; d; d = d->next) v = (v << digit_bits) + static_cast<std::uint32_t>(d->digit);
+    for (const numnode *d = n->head; d; d = d->next)
+        v = (v << digit_bits) + static_cast<std::uint32_t>(d->digit);
     return v;
 }
 
@@ -158,7 +162,7 @@ static void time_product(benchmark::State &state, polynode *a, polynode *b)
     free_poly(&c);
 }
 
-// The products ------------------------------------------------------------------------------------------------
+// The products ------------------------------------------------------------------------------------------
 
 // f (f + 1), f = (1 + x + y + z + t)^k.
 static void float_simplex(benchmark::State &state)
@@ -199,7 +203,8 @@ BENCHMARK(modular_dense)
 static void modular_rows(benchmark::State &state)
 {
     use_modulus(2147483629);
-    const std::int32_t x = static_cast<std::int32_t>(state.range(0)), y = static_cast<std::int32_t>(state.range(1));
+    const std::int32_t x = static_cast<std::int32_t>(state.range(0)),
+                       y = static_cast<std::int32_t>(state.range(1));
     time_product(state, dense_in_two(x, y, 1), dense_in_two(x, y, 1000));
 }
 BENCHMARK(modular_rows)->Args({31, 5})->Args({60, 60})->Args({300, 100})->Unit(benchmark::kMillisecond);

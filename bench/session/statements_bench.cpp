@@ -1,7 +1,7 @@
 // bench/session/statements_bench.cpp -- statements through scanner and evaluator, and look-ups of names.
 //
-// The input is a text in memory and the output a scratch file, so that the figures are the interpreter's own. The
-// counter "records" shows that a statement takes no record that it does not give back.
+// The input is a text in memory and the output a scratch file, so that the figures are the interpreter's own.
+// The counter "records" shows that a statement takes no record that it does not give back.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <string>
@@ -39,10 +39,10 @@ void statements(benchmark::State &state, const std::string &line, int tokens)
     const std::int64_t before = live_numbers();
     for (auto _ : state) run(text);
     state.counters["records"] = static_cast<double>(live_numbers() - before);
-    state.counters["statements/s"] =
-        benchmark::Counter(static_cast<double>(lines), benchmark::Counter::kIsIterationInvariantRate);
-    state.counters["tokens/s"] =
-        benchmark::Counter(static_cast<double>(lines) * tokens, benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["statements/s"] = benchmark::Counter(static_cast<double>(lines),
+                                                        benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["tokens/s"] = benchmark::Counter(static_cast<double>(lines) * tokens,
+                                                    benchmark::Counter::kIsIterationInvariantRate);
     token_rec x;
     set_token(&x, "x");
     const var_node *v = find_var(&x);

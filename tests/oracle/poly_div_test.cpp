@@ -1,4 +1,5 @@
-// Divisions of polynomials against FLINT: exact ones in several variables, those with remainder modulo primes.
+// Divisions of polynomials against FLINT: exact ones in several variables, those with remainder modulo
+// primes.
 #include <gtest/gtest.h>
 #include "poly/div.h"
 #include "poly/div_exact.h"

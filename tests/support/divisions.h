@@ -1,5 +1,6 @@
 #pragma once
-// tests/support/divisions.h -- what the tests of divisions share: rings, variables, and checks by the flat form.
+// tests/support/divisions.h -- what the tests of divisions share: rings, variables, and checks
+// by the flat form.
 
 #include <gtest/gtest.h>
 #include "poly/variables.h"

@@ -1,5 +1,6 @@
 #pragma once
-// tests/support/mul_operands.h -- what tests of products share: settings for a block, dense operands, field tables.
+// tests/support/mul_operands.h -- what tests of products share: settings for a block, dense
+// operands, field tables.
 
 #include <cstdint>
 #include "numbers/fields.h"
@@ -46,7 +47,8 @@ inline void make_field_products()
 inline kelmar::polynode *dense_poly(test_random *r, std::int32_t low, std::int32_t top)
 {
     flat_poly terms;
-    for (std::int32_t e = low; e <= top; ++e) terms.emplace(std::vector<std::int32_t>{e}, random_coefficient(r, 1));
+    for (std::int32_t e = low; e <= top; ++e)
+        terms.emplace(std::vector<std::int32_t>{e}, random_coefficient(r, 1));
     return nest(&terms);
 }
 

@@ -23,8 +23,14 @@ struct LongGcd : testing::Test {
     test_random r;
     mpz_t a, b, f, want, got;
     number x = {}, y = {}, c = {};
-    void SetUp() override { mpz_inits(a, b, f, want, got, nullptr); }
-    void TearDown() override { mpz_clears(a, b, f, want, got, nullptr); }
+    void SetUp() override
+    {
+        mpz_inits(a, b, f, want, got, nullptr);
+    }
+    void TearDown() override
+    {
+        mpz_clears(a, b, f, want, got, nullptr);
+    }
 
     void draw(int digits_a, int digits_b)
     {

@@ -26,7 +26,10 @@ struct LongPower : testing::Test {
     test_random r;
     mpz_t a, want, got;
     number n = {};
-    void SetUp() override { mpz_inits(a, want, got, nullptr); }
+    void SetUp() override
+    {
+        mpz_inits(a, want, got, nullptr);
+    }
     void TearDown() override
     {
         mpz_clears(a, want, got, nullptr);

@@ -24,8 +24,14 @@ struct LongRoot : testing::Test {
     test_random r;
     mpz_t a, want, rest, got;
     number x = {}, s = {};
-    void SetUp() override { mpz_inits(a, want, rest, got, nullptr); }
-    void TearDown() override { mpz_clears(a, want, rest, got, nullptr); }
+    void SetUp() override
+    {
+        mpz_inits(a, want, rest, got, nullptr);
+    }
+    void TearDown() override
+    {
+        mpz_clears(a, want, rest, got, nullptr);
+    }
 
     bool holds(const number *n, const mpz_t z)
     {

@@ -123,7 +123,7 @@ TEST(Primes, ThreeDigitsAtTheEdges)
     EXPECT_EQ(by_digits(18446744073709551557u), 1);  // the largest prime of 64 bits
     EXPECT_EQ(by_digits(18446744073709551615u), 3);
     EXPECT_EQ(by_digits(9999971ull * 10000019), 9999971);
-    EXPECT_EQ(by_digits(3215031751u), 151);          // a strong pseudoprime to 2, 3, 5 and 7
+    EXPECT_EQ(by_digits(3215031751u), 151);  // a strong pseudoprime to 2, 3, 5 and 7
 }
 
 TEST(Primes, NextPrimeWalksThePrimes)

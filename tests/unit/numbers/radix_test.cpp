@@ -50,8 +50,14 @@ struct Radix : testing::Test {
     test_random r;
     mpz_t a, b, c;
     number x = {}, y = {}, z = {};
-    void SetUp() override { mpz_inits(a, b, c, nullptr); }
-    void TearDown() override { mpz_clears(a, b, c, nullptr); }
+    void SetUp() override
+    {
+        mpz_inits(a, b, c, nullptr);
+    }
+    void TearDown() override
+    {
+        mpz_clears(a, b, c, nullptr);
+    }
 
     void release()
     {

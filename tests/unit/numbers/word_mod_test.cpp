@@ -18,9 +18,9 @@ static constexpr int rounds = 1000000;
 #endif
 
 // Moduli on both sides of 65535, and at the ends of the range.
-static const std::int32_t some_moduli[] = {2,     3,     4,     256,      46337,     46349,     65521,
-                                           65533, 65534, 65535, 65536,    65537,     16777216,  268435455,
-                                           268435456, 268435459, 2147440637, 2147483629, 2147483646};
+static const std::int32_t some_moduli[] = {
+    2,     3,     4,        256,       46337,     46349,     65521,      65533,      65534,     65535,
+    65536, 65537, 16777216, 268435455, 268435456, 268435459, 2147440637, 2147483629, 2147483646};
 
 static std::int32_t draw_modulus(test_random *r, int i)
 {

@@ -31,7 +31,7 @@ std::string exact_text(const char *a, const char *b)
     return poly_text(q.p);
 }
 
-// By numbers --------------------------------------------------------------------------------------------------
+// By numbers ---------------------------------------------------------------------------------------------
 
 TEST(PolyQuot, DividesEveryCoefficient)
 {
@@ -73,7 +73,8 @@ TEST(PolyQuot, TheFormsAgree)
         poly_audit audit;
         for (int i = 0; i < rounds; ++i) {
             poly_shape shape;
-            poly_operand n(random_poly(&r, shape)), c(new_constant(random_coefficient(&r, 1))), a, b, in_place, trial;
+            poly_operand n(random_poly(&r, shape)), c(new_constant(random_coefficient(&r, 1))), a, b,
+                in_place, trial;
             const std::string n_text = poly_text(n.p);
             int ok = 0;
             poly_quot(n.p, c.p, &a.p, 0);
@@ -96,7 +97,8 @@ TEST(TrialPolyQuot, SaysNoAtTheFirstCoefficientThatDoesNotDivide)
     in_view live(view_digits);
     poly_audit audit;
     {
-        poly_operand n(poly_of_text("{2{1{#4}, #6}, #8}")), odd(poly_of_text("{2{1{#4}, #6}, #9}")), c(poly_of_text("{#2}")), q;
+        poly_operand n(poly_of_text("{2{1{#4}, #6}, #8}")), odd(poly_of_text("{2{1{#4}, #6}, #9}")),
+            c(poly_of_text("{#2}")), q;
         int ok = 0;
         trial_poly_quot(n.p, c.p, &q.p, &ok);
         EXPECT_EQ(poly_text(q.p), "{2{1{#2}, #3}, #4}");
@@ -109,7 +111,7 @@ TEST(TrialPolyQuot, SaysNoAtTheFirstCoefficientThatDoesNotDivide)
     audit.expect_unchanged("trial quotient");
 }
 
-// By polynomials ------------------------------------------------------------------------------------------------
+// By polynomials -----------------------------------------------------------------------------------------
 
 TEST(ExactQuotient, NamedCases)
 {
@@ -164,8 +166,8 @@ TEST(ExactQuotient, OfAProductIsTheOtherFactorInEveryRing)
 {
     test_random r;
     six_variables names;
-    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[2], &field_rings[4], &field_rings[6],
-                             &other_rings[3]}) {
+    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[2], &field_rings[4],
+                             &field_rings[6], &other_rings[3]}) {
         for (int with_laurent : {0, 1}) {
             in_ring live(*each);
             in_laurent on(with_laurent);
@@ -214,7 +216,8 @@ TEST(ExactQuotient, AMultipleAndABitIsRefused)
             shape.vars = 1 + i % 6;
             shape.terms = 5;
             poly_operand a(random_poly(&r, shape)), b(random_divisor(&r, shape)), one(poly_of_text("{#1}"));
-            poly_operand product(reference_product(a.p, b.p, shape.vars)), n(reference_sum(product.p, one.p, shape.vars));
+            poly_operand product(reference_product(a.p, b.p, shape.vars)),
+                n(reference_sum(product.p, one.p, shape.vars));
             int fail = 0;
             poly_operand q(exact_quotient(n.p, b.p, names.first())), general;
             EXPECT_EQ(q.p, nullptr) << poly_text(n.p) << " by " << poly_text(b.p);
@@ -237,7 +240,8 @@ TEST(ExactQuotient, DenseResiduesGoThroughArraysOnBothSidesOfTheirLimits)
             shape.terms = 400;
             shape.degree = degree;
             for (int i = 0; i < 20; ++i) {
-                poly_operand a(random_divisor(&r, shape)), b(random_divisor(&r, shape)), one(poly_of_text("{#1}"));
+                poly_operand a(random_divisor(&r, shape)), b(random_divisor(&r, shape)),
+                    one(poly_of_text("{#1}"));
                 expect_product_divides(a.p, b.p, 1, names.first());
                 poly_operand n(reference_product(a.p, b.p, 1)), off(reference_sum(n.p, one.p, 1));
                 if (b.p->exp < 1) continue;
@@ -274,15 +278,16 @@ TEST(GenPolyDivide, ResultsMayBeTheOperands)
 TEST(DivSteps, AStepOnOneLevelIsTheStepByProducts)
 {
     test_random r;
-    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[4], &other_rings[0], &other_rings[1],
-                             &other_rings[3]}) {
+    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[4], &other_rings[0],
+                             &other_rings[1], &other_rings[3]}) {
         in_ring live(*each);
         poly_audit audit;
         for (int i = 0; i < rounds; ++i) {
             poly_shape shape;
             poly_operand rest(random_poly(&r, shape)), tail(random_poly(&r, shape)), term;
             if (poly_iszero(rest.p) || poly_iszero(tail.p)) continue;
-            make_monomial(&term.p, static_cast<std::int32_t>(r.below(4)), new_constant(random_coefficient(&r, 1)));
+            make_monomial(&term.p, static_cast<std::int32_t>(r.below(4)),
+                          new_constant(random_coefficient(&r, 1)));
             poly_operand other(copy_poly(rest.p));
             take_off(&rest.p, term.p, tail.p, true, nilpol);
             take_off(&other.p, term.p, tail.p, false, nilpol);

@@ -23,7 +23,8 @@ void fill_points()
     for (std::int16_t &point : global_list) {
         for (bool prime = false; !prime; v = static_cast<std::int16_t>(v + 2)) {
             prime = true;
-            for (std::int16_t d = 3; d * d <= v; d = static_cast<std::int16_t>(d + 2)) prime = prime && v % d != 0;
+            for (std::int16_t d = 3; d * d <= v; d = static_cast<std::int16_t>(d + 2))
+                prime = prime && v % d != 0;
             if (prime) point = v;
         }
     }
@@ -56,7 +57,8 @@ TEST_F(PolyTrial, NamedCases)
         EXPECT_EQ(trial_text("{#0}", "{0{1{#1}}}", fast, 0, names.first()), "1 {#0}");
         EXPECT_EQ(trial_text("{#5}", "{1{#1}}", fast, 0, names.first()), "0 null");
         EXPECT_EQ(trial_text("{1{#1}}", "{2{#1}}", fast, 0, names.first()), "0 null");
-        EXPECT_EQ(trial_text("{0{2{#1}, #-1}}", "{0{1{#1}, #1}}", fast, 0, names.first()), "1 {0{1{#1}, #-1}}");
+        EXPECT_EQ(trial_text("{0{2{#1}, #-1}}", "{0{1{#1}, #1}}", fast, 0, names.first()),
+                  "1 {0{1{#1}, #-1}}");
         EXPECT_EQ(trial_text("{2{1{#1}}, 1{1{#2}}, 0{1{#1}}}", "{1{#1}, #1}", fast, 0, names.first()),
                   "1 {1{1{#1}}, 0{1{#1}}}");
     }
@@ -71,7 +73,8 @@ TEST_F(PolyTrial, AYesOfATestLeavesNoQuotient)
 TEST_F(PolyTrial, ASingleTermDividesOnlyWhatReachesItsDegree)
 {
     in_view live(view_digits);
-    poly_operand n(poly_of_text("{3{1{#1}}, 1{#2}}")), m(poly_of_text("{2{#1}}")), fits(poly_of_text("{1{#2}}"));
+    poly_operand n(poly_of_text("{3{1{#1}}, 1{#2}}")), m(poly_of_text("{2{#1}}")),
+        fits(poly_of_text("{1{#2}}"));
     EXPECT_EQ(trial_poly_divide_noq(n.p, m.p, names.first(), 1, 0, 0), 0);
     EXPECT_EQ(trial_poly_divide_noq(n.p, fits.p, names.first(), 0, 0, 0), 0);  // 2 does not divide 1
 }
@@ -110,7 +113,8 @@ TEST_F(PolyTrial, ADegreeThatFallsAtThePointIsNoTest)
 TEST_F(PolyTrial, TheNumberTestIsNotPerformedForSmallValues)
 {
     in_view live(view_digits);
-    poly_operand n(poly_of_text("{2{1{1{#1}}}, #5}")), small(poly_of_text("{0{0{1{#1}}}}")), m(poly_of_text("{1{1{1{#9}}}, #1}"));
+    poly_operand n(poly_of_text("{2{1{1{#1}}}, #5}")), small(poly_of_text("{0{0{1{#1}}}}")),
+        m(poly_of_text("{1{1{1{#9}}}, #1}"));
     test_pair pair;
     set_test_pair(n.p, small.p, &pair);
     for (int i = 0; i < 20; ++i) EXPECT_EQ(fast_test_rat(&pair, i, 1), not_performed);  // values 2 .. 24
@@ -123,10 +127,12 @@ TEST_F(PolyTrial, TheNumberTestIsNotPerformedForSmallValues)
 TEST_F(PolyTrial, TrialsAreCountedBySize)
 {
     in_view live(view_digits);
-    poly_operand small(poly_of_text("{1{#1}, #1}")), medium(poly_of_text("{7{#1}, 6{#1}, 5{#1}, 4{#1}, 3{#1}, 2{#1}, #1}"));
-    poly_operand wide(poly_of_text("{10{#1}, 9{#1}, 8{#1}, 7{#1}, 6{#1}, 5{#1}, 4{#1}, 3{#1}, 2{#1}, 1{#1}, #1}"));
-    EXPECT_EQ(trial_count(small.p, small.p), 3);   // 2 + 2 terms, 6 nodes
-    EXPECT_EQ(trial_count(medium.p, small.p), 3);  // 13 + 3 nodes
+    poly_operand small(poly_of_text("{1{#1}, #1}")),
+        medium(poly_of_text("{7{#1}, 6{#1}, 5{#1}, 4{#1}, 3{#1}, 2{#1}, #1}"));
+    poly_operand wide(
+        poly_of_text("{10{#1}, 9{#1}, 8{#1}, 7{#1}, 6{#1}, 5{#1}, 4{#1}, 3{#1}, 2{#1}, 1{#1}, #1}"));
+    EXPECT_EQ(trial_count(small.p, small.p), 3);    // 2 + 2 terms, 6 nodes
+    EXPECT_EQ(trial_count(medium.p, small.p), 3);   // 13 + 3 nodes
     EXPECT_EQ(trial_count(medium.p, medium.p), 4);  // 14 terms, 26 nodes
     EXPECT_EQ(trial_count(wide.p, medium.p), 4);    // 34 nodes
     EXPECT_EQ(trial_count(wide.p, wide.p), 5);
@@ -137,8 +143,8 @@ TEST_F(PolyTrial, TrialsAreCountedBySize)
 TEST_F(PolyTrial, AgreesWithThePlainDivisionInEveryRing)
 {
     test_random r;
-    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[2], &field_rings[3], &field_rings[6],
-                             &other_rings[3]}) {
+    for (const ring *each : {&field_rings[0], &field_rings[1], &field_rings[2], &field_rings[3],
+                             &field_rings[6], &other_rings[3]}) {
         for (std::int32_t believe : {0, 1}) {
             in_ring live(*each);
             kept_word rat(&try_rat, believe);
@@ -148,7 +154,8 @@ TEST_F(PolyTrial, AgreesWithThePlainDivisionInEveryRing)
                 shape.vars = 1 + i % 6;
                 shape.terms = 4;
                 shape.degree = 2;
-                poly_operand a(random_poly(&r, shape)), b(random_divisor(&r, shape)), noise(random_poly(&r, shape));
+                poly_operand a(random_poly(&r, shape)), b(random_divisor(&r, shape)),
+                    noise(random_poly(&r, shape));
                 if (each->view == view_float) {
                     poly_operand lead(poly_of_text("{3{#1}}"));
                     polynode *m = reference_sum(lead.p, b.p, shape.vars);
@@ -162,7 +169,8 @@ TEST_F(PolyTrial, AgreesWithThePlainDivisionInEveryRing)
                     << poly_text(n.p) << " by " << poly_text(b.p) << " seed " << r.seed;
                 EXPECT_EQ(poly_text(q.p), poly_text(a.p));
                 EXPECT_EQ(trial_poly_divide_noq(n.p, b.p, names.first(), 1, 1, 0), 1)
-                    << poly_text(n.p) << " by " << poly_text(b.p) << " view " << each->view << " " << each->modulus;
+                    << poly_text(n.p) << " by " << poly_text(b.p) << " view " << each->view << " "
+                    << each->modulus;
                 const int divides = trial_poly_divide(off.p, b.p, &plain.p, names.first(), 0, 0, 0);
                 EXPECT_EQ(trial_poly_divide(off.p, b.p, &other.p, names.first(), 1, 0, 0), divides);
                 EXPECT_EQ(trial_poly_divide_noq(off.p, b.p, names.first(), 1, 0, 0), divides);

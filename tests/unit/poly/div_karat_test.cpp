@@ -1,4 +1,5 @@
-// Recursive division: every pair of degrees, every regime, both sides of every cut, against the school method.
+// Recursive division: every pair of degrees, every regime, both sides of every cut, against the school
+// method.
 #include "poly/div_karat.h"
 #include <gtest/gtest.h>
 #include "poly/div.h"
@@ -145,7 +146,8 @@ TEST(DivKarat, DegreesAboveTheWordArraysAgreeWithTheProduct)
 {
     test_random r;
     in_ring live(field_rings[4]);
-    poly_operand n(test_poly(&r, 26000, 1, false, 1)), m(test_poly(&r, 12000, 1, false, 1)), q, rest, product, total;
+    poly_operand n(test_poly(&r, 26000, 1, false, 1)), m(test_poly(&r, 12000, 1, false, 1)), q, rest, product,
+        total;
     basic_poly_divide(n.p, m.p, &q.p, &rest.p, 1);
     EXPECT_LT(rest.p->exp, m.p->exp);
     poly_mult(q.p, m.p, &product.p, nilpol);

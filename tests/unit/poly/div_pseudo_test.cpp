@@ -74,7 +74,8 @@ TEST(PseudoDiv, TheRemainderNeedNotBeKept)
     in_view live(view_digits);
     poly_audit audit;
     {
-        poly_operand n(poly_of_text("{3{1{#1}, #2}, 1{#3}}")), m(poly_of_text("{1{1{#1}, #1}, #1}")), q, r, same;
+        poly_operand n(poly_of_text("{3{1{#1}, #2}, 1{#3}}")), m(poly_of_text("{1{1{#1}, #1}, #1}")), q, r,
+            same;
         pseudo_div(n.p, m.p, &q.p, nullptr, 0, nilpol);
         pseudo_div(n.p, m.p, &same.p, &r.p, 1, nilpol);
         EXPECT_EQ(poly_text(q.p), poly_text(same.p));
@@ -86,8 +87,8 @@ TEST(PseudoDiv, FitsTheProductInEveryRing)
 {
     test_random rnd;
     six_variables names;
-    for (const ring *each : {&field_rings[1], &field_rings[2], &field_rings[6], &other_rings[0], &other_rings[1],
-                             &other_rings[2], &other_rings[3]}) {
+    for (const ring *each : {&field_rings[1], &field_rings[2], &field_rings[6], &other_rings[0],
+                             &other_rings[1], &other_rings[2], &other_rings[3]}) {
         in_ring live(*each);
         poly_audit audit;
         for (int i = 0; i < rounds; ++i) {

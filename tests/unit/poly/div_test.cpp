@@ -32,7 +32,8 @@ std::string mod_or_div_text(const char *a, const char *b, char op)
 polynode *dense_poly(test_random *r, std::int32_t degree)
 {
     flat_poly terms;
-    for (std::int32_t e = 0; e <= degree; ++e) terms.emplace(std::vector<std::int32_t>{e}, random_coefficient(r, 1));
+    for (std::int32_t e = 0; e <= degree; ++e)
+        terms.emplace(std::vector<std::int32_t>{e}, random_coefficient(r, 1));
     return nest(&terms);
 }
 
@@ -96,7 +97,8 @@ TEST(Div, AFloatLeadThatWouldNotCancelGoesAllTheSame)
 TEST(Div, ACompositeModulusWithoutInverseOfTheLeadIsAnError)
 {
     in_ring live(other_rings[0]);
-    poly_operand n(poly_of_text("{2{#3}, #1}")), m(poly_of_text("{1{#10}, #1}")), unit(poly_of_text("{1{#7}, #1}"));
+    poly_operand n(poly_of_text("{2{#3}, #1}")), m(poly_of_text("{1{#10}, #1}")),
+        unit(poly_of_text("{1{#7}, #1}"));
     EXPECT_EQ(error_in_view([&] {
                   poly_operand q, r;
                   basic_poly_divide(n.p, m.p, &q.p, &r.p, 1);
@@ -166,7 +168,7 @@ TEST(Div, BothSidesOfEveryThreshold)
     }
 }
 
-// The operators -----------------------------------------------------------------------------------------------
+// The operators ------------------------------------------------------------------------------------------
 
 TEST(Operators, ByANumberEachCoefficientIsDivided)
 {

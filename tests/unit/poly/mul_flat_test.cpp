@@ -101,7 +101,8 @@ TEST(FlatProduct, DeclinesExponentsThatDoNotPack)
     in_view live(view_float);
     EXPECT_EQ(flat_text("{1000000000{1000000000{#1}, #1}}", "{1000000000{1000000000{#1}, #1}}"),
               "{2000000000{2000000000{#1}, 1000000000{#2}, #1}}");
-    EXPECT_EQ(flat_text("{1000000000{1000000000{9{#1}}, #1}, #1}", "{1000000000{1000000000{#1}, #1}, #7}"), "declined");
+    EXPECT_EQ(flat_text("{1000000000{1000000000{9{#1}}, #1}, #1}", "{1000000000{1000000000{#1}, #1}, #7}"),
+              "declined");
 }
 
 TEST(FlatProduct, DeclinesTheSmallViewAndLongCoefficients)
@@ -145,7 +146,8 @@ TEST(FlatProduct, AgreesWithTheSchoolbookForStretchesOfEverySize)
     for (num_view v : flat_views) {
         for (std::int64_t cells : {1, 7, 100, 1 << 15}) {
             for (std::int64_t batch : {4, 50, 1 << 16}) {
-                const with_size least(&flat_table_least, cells), most(&flat_table_most, cells), size(&flat_batch, batch);
+                const with_size least(&flat_table_least, cells), most(&flat_table_most, cells),
+                    size(&flat_batch, batch);
                 const with_value form(&laurent, static_cast<std::int32_t>(r.below(2)));
                 in_view live(v, r.below(2) == 0 ? 36 : 2147483629);
                 poly_audit audit;
@@ -212,10 +214,11 @@ TEST(FlatProduct, InfiniteAndTinyDoublesPassThrough)
     in_view live(view_float);
     poly_operand a(poly_of_text("{2{#1e300}, 1{#1e-300}, #1}")), c;
     ASSERT_TRUE(flat_product(a.p, a.p, &c.p));
-    EXPECT_EQ(poly_text(c.p), "{4{#inf}, 3{#2}, 2{#2.0000000000000001e+300}, 1{#2.0000000000000001e-300}, #1}");
+    EXPECT_EQ(poly_text(c.p),
+              "{4{#inf}, 3{#2}, 2{#2.0000000000000001e+300}, 1{#2.0000000000000001e-300}, #1}");
 }
 
-// Works left by a jump ------------------------------------------------------------------------------------------
+// Works left by a jump ----------------------------------------------------------------------------------
 
 [[gnu::noinline]] void leave_by_jump(polynode **operand)
 {

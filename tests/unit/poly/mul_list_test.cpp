@@ -62,7 +62,8 @@ TEST(Karatsuba, ANumberInTheHighPartStandsOnATermMeanwhile)
 {
     const with_value on(&laurent, 1);
     in_view live(view_float);
-    poly_operand a(poly_of_text("{1{#1}, #2, -1{#3}, -2{#4}}")), b(poly_of_text("{#5, -1{#6}, -2{#7}, -3{#8}}"));
+    poly_operand a(poly_of_text("{1{#1}, #2, -1{#3}, -2{#4}}")),
+        b(poly_of_text("{#5, -1{#6}, -2{#7}, -3{#8}}"));
     expect_agreement(a.p, b.p, 1);
     expect_agreement(b.p, b.p, 1);
     EXPECT_EQ(poly_text(a.p), "{1{#1}, #2, -1{#3}, -2{#4}}");
@@ -73,7 +74,8 @@ TEST(Karatsuba, ANumberInTheHighPartStandsOnATermMeanwhile)
 TEST(Karatsuba, ATermThatComesToExponentZeroIsTheNumberItself)
 {
     in_view live(view_float);
-    poly_operand a(poly_of_text("{3{#1}, 2{#2}, 1{#3}, #4}")), b(poly_of_text("{2{#7}, 1{#5}, 0{1{#1}, #6}}"));
+    poly_operand a(poly_of_text("{3{#1}, 2{#2}, 1{#3}, #4}")),
+        b(poly_of_text("{2{#7}, 1{#5}, 0{1{#1}, #6}}"));
     expect_agreement(a.p, b.p, 2);
     expect_agreement(a.p, a.p, 2);
     expect_agreement(b.p, a.p, 2);
@@ -89,7 +91,8 @@ TEST(Karatsuba, HighAndLowPartMayCancel)
 TEST(Karatsuba, ListsWithGapsAndUnequalLengths)
 {
     in_view live(view_digits);
-    poly_operand a(poly_of_text("{1000000{#1}, 999{#2}, 7{#3}}")), b(poly_of_text("{5{#1}, 4{#1}, 3{#1}, 2{#1}, #1}"));
+    poly_operand a(poly_of_text("{1000000{#1}, 999{#2}, 7{#3}}")),
+        b(poly_of_text("{5{#1}, 4{#1}, 3{#1}, 2{#1}, #1}"));
     expect_agreement(a.p, b.p, 1);
     expect_agreement(b.p, a.p, 1);
 }

@@ -1,13 +1,19 @@
-// Products of polynomials: the choice of a method, the methods in one variable and in two, and what all share.
+// Products of polynomials: the choice of a method, the methods in one variable and in two, and what all
+// share.
 #include "poly/mul.h"
 #include <gtest/gtest.h>
+#include <sys/time.h>
+#include <chrono>
 #include <cmath>
+#include <csignal>
 #include "poly/add.h"
 #include "poly/flat.h"
 #include "poly/measure.h"
 #include "poly/mul_array.h"
 #include "poly/mul_school.h"
-#include "session/errnums.h"
+#include "poly/mul_work.h"
+#include "session/levels.h"
+#include "session/report.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/views.h"
 
@@ -18,8 +24,10 @@ namespace {
 
 #ifdef KELMAR_MALLOC_RECORDS
 constexpr int rounds = 150;
+constexpr std::int32_t fewer_terms = 6;  // every record is dear
 #else
 constexpr int rounds = 600;
+constexpr std::int32_t fewer_terms = 1;
 #endif
 
 constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
@@ -122,6 +130,19 @@ TEST(PolyMult, ASparseSquareHasANegativeCountAndIsRight)
     }
 }
 
+TEST(PolyMult, ASpanOfSixTimesTheCountIsDenseAndOneMoreIsNot)
+{
+    const with_value nested(&flat_mult_cut, never), cut(&poly_cutoff, 2);
+    in_view live(view_digits);
+    std::int32_t low = 0;
+    int dense = 0;
+    poly_operand p(poly_of_text("{12{#1}, #1}")), q(poly_of_text("{13{#1}, #1}"));
+    EXPECT_EQ(exp_poly_length(p.p, &low, &dense), 2);
+    EXPECT_EQ(exp_poly_length(q.p, &low, &dense), -2);
+    EXPECT_EQ(product_text(p.p, p.p, 1), "{24{#1}, 12{#2}, #1}");
+    EXPECT_EQ(product_text(p.p, q.p, 1), "{25{#1}, 13{#1}, 12{#1}, #1}");
+}
+
 TEST(PolyMult, InLaurentANumberMayStandBeforeNegativeExponents)
 {
     const with_value on(&laurent, 1);
@@ -190,7 +211,7 @@ TEST(PolyMult, ACutOffOfTheVariableTakesThePlaceOfTheGlobalOne)
     EXPECT_EQ(poly_text(c.p), poly_text(expected.p));
 }
 
-// Random products, every view, nested and flat ---------------------------------------------------------------
+// Random products, every view, nested and flat ----------------------------------------------------------
 
 struct mult_case {
     std::int32_t vars, terms, degree;
@@ -198,7 +219,8 @@ struct mult_case {
 
 void random_products(test_random *r, std::int32_t low, int count)
 {
-    const mult_case cases[] = {{1, 8, 12}, {1, 40, 45}, {2, 12, 6}, {2, 60, 12}, {3, 20, 4}, {4, 20, 3}, {6, 20, 2}};
+    const mult_case cases[] = {{1, 8, 12}, {1, 40, 45}, {2, 12, 6}, {2, 60, 12},
+                               {3, 20, 4}, {4, 20, 3},  {6, 20, 2}};
     for (int k = 0; k < count; ++k) {
         const mult_case &m = cases[r->below(7)];
         poly_shape shape;
@@ -245,7 +267,8 @@ TEST(PolyMult, MethodsAgreeOnBothSidesOfEachLength)
             const with_value flat(&flat_mult_cut, flat_cut);
             in_view live(v, 65537);
             for (std::int32_t n : {9, 10, 11, 19, 20, 21, 30, 31, 39, 40, 41, 50, 80}) {
-                poly_operand a(dense_poly(&r, 0, n - 1)), b(dense_poly(&r, n & 1, n)), c(dense_poly(&r, 0, 20 * n));
+                poly_operand a(dense_poly(&r, 0, n - 1)), b(dense_poly(&r, n & 1, n)),
+                    c(dense_poly(&r, 0, 20 * n));
                 poly_operand ab(reference_product(a.p, b.p, 1));
                 EXPECT_EQ(product_text(a.p, b.p, 1), poly_text(ab.p)) << n;
                 if (n > 41) continue;
@@ -256,7 +279,7 @@ TEST(PolyMult, MethodsAgreeOnBothSidesOfEachLength)
     }
 }
 
-// Float -------------------------------------------------------------------------------------------------------
+// Float -------------------------------------------------------------------------------------------------
 
 TEST(PolyMult, WholeDoublesAreExactUpTo53Bits)
 {
@@ -306,9 +329,83 @@ TEST(PolyMult, FractionsStayWithinTheNormBound)
         for (polynode *t = c.p; t; t = t->next) {
             const std::size_t d = static_cast<std::size_t>(2 * n - t->exp);
             long double sum = 0;
-            for (std::size_t i = d >= y.size() ? d - y.size() + 1 : 0; i <= d && i < x.size(); ++i) sum += x[i] * y[d - i];
+            for (std::size_t i = d >= y.size() ? d - y.size() + 1 : 0; i <= d && i < x.size(); ++i)
+                sum += x[i] * y[d - i];
             ASSERT_LE(std::fabs(term_value(t)->real - sum), bound);
         }
+    }
+}
+
+// Interrupts --------------------------------------------------------------------------------------------
+
+using clock_now = std::chrono::steady_clock;
+clock_now::time_point asked;
+
+void ask(int)
+{
+    asked = clock_now::now();
+    interrupt_flag = 1;
+}
+
+// Ask for an interrupt 20 ms after the start of a * b. Return how many milliseconds it waited; -1: it came
+// too late.
+double answer_time(polynode *a, polynode *b)
+{
+    const std::string text_a = poly_text(a);
+    bool came_back = false;
+    poly_operand c;
+    const auto saved = levelcount;
+    levelcount = highest_level;  // no further level is pushed there: an interrupt unwinds
+    std::signal(SIGALRM, ask);
+    itimerval timer = {};
+    timer.it_value.tv_usec = 20000;
+    setitimer(ITIMER_REAL, &timer, nullptr);
+    error_in_view([&] {
+        poly_mult(a, b, &c.p, nilpol);
+        came_back = true;
+    });
+    const double waited = std::chrono::duration<double, std::milli>(clock_now::now() - asked).count();
+    timer.it_value.tv_usec = 0;
+    setitimer(ITIMER_REAL, &timer, nullptr);
+    interrupt_flag = 0;
+    levelcount = saved;
+    EXPECT_EQ(poly_text(a), text_a);
+    release_work();
+    return came_back ? -1 : waited;
+}
+
+// A long product of each method: the operands, and whether flat arrays are off.
+TEST(PolyMultInterrupt, IsAnsweredInAFifthOfASecondInEveryMethod)
+{
+    test_random r;
+    struct long_product {
+        num_view view;
+        std::int32_t flat_cut, terms, degree;
+    };
+    const long_product cases[] = {
+        {view_float, 12, 60000, 90},          // tables, or transforms
+        {view_float, 12, 40000, 1000000000},  // sorted
+        {view_digits, never, 40000, 60},      // halves and schoolbook, two levels
+        {view_modular, never, 40000, 340},    // rows
+    };
+    for (const long_product &l : cases) {
+        const with_value flat(&flat_mult_cut, l.flat_cut);
+        in_view live(l.view, 65521);
+        flat_poly terms;
+        for (std::int32_t k = 0; k < l.terms / fewer_terms; ++k) {
+            std::vector<std::int32_t> exps(l.degree > 1000 ? 1 : l.degree > 100 ? 2 : 3);
+            for (std::int32_t &e : exps)
+                e = static_cast<std::int32_t>(r.below(static_cast<std::uint64_t>(l.degree)));
+            number *n = random_coefficient(&r, 3);
+            if (!terms.emplace(exps, n).second) free_imag(&n);
+        }
+        poly_operand a(nest(&terms)), b;
+        poly_assign(a.p, &b.p);
+        const double waited = answer_time(a.p, b.p);
+        EXPECT_GE(waited, 0) << "the product was too short: view " << l.view;
+#ifndef KELMAR_MALLOC_RECORDS
+        EXPECT_LT(waited, 200) << "view " << l.view;
+#endif
     }
 }
 

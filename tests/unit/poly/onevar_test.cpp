@@ -22,7 +22,9 @@ words random_words(test_random *r, std::size_t n)
     words x(n);
     for (std::int32_t &v : x) {
         const std::uint64_t kind = r->below(8);
-        v = kind == 0 ? 0 : kind == 1 ? modulus - 1 : static_cast<std::int32_t>(r->below(static_cast<std::uint64_t>(modulus)));
+        v = kind == 0   ? 0
+            : kind == 1 ? modulus - 1
+                        : static_cast<std::int32_t>(r->below(static_cast<std::uint64_t>(modulus)));
     }
     if (x.back() == 0) x.back() = 1;
     return x;
@@ -42,8 +44,8 @@ std::int32_t last(const words &x)
     return static_cast<std::int32_t>(x.size()) - 1;
 }
 
-using array_method = void (*)(const std::int32_t *, const std::int32_t *, std::int32_t *, std::int32_t, std::int32_t,
-                              std::int32_t, std::int32_t);
+using array_method = void (*)(const std::int32_t *, const std::int32_t *, std::int32_t *, std::int32_t,
+                              std::int32_t, std::int32_t, std::int32_t);
 constexpr array_method methods[] = {onevar_mult, slower_onevar_mult, fast_array_onevar_mult};
 
 void expect_products(test_random *r, std::size_t n, std::size_t m)
@@ -53,7 +55,8 @@ void expect_products(test_random *r, std::size_t n, std::size_t m)
         words z(n + m + 1, -7);
         f(x.data(), y.data(), z.data(), 0, last(x), 0, last(y));
         EXPECT_EQ(z[n + m - 1], -7) << "an entry above the range";
-        EXPECT_EQ(words(z.begin(), z.begin() + static_cast<std::ptrdiff_t>(n + m - 1)), expected) << n << " by " << m;
+        EXPECT_EQ(words(z.begin(), z.begin() + static_cast<std::ptrdiff_t>(n + m - 1)), expected)
+            << n << " by " << m;
     }
 }
 
@@ -98,7 +101,8 @@ TEST(OnevarMult, RangesNeedNotBeginAtZero)
         for (array_method f : methods) {
             f(up.data(), y.data(), to.data(), 10, 10 + last(x), 0, last(y));
             EXPECT_EQ(to[9], -7);
-            EXPECT_EQ(words(to.begin() + 10, to.begin() + 10 + static_cast<std::ptrdiff_t>(expected.size())), expected);
+            EXPECT_EQ(words(to.begin() + 10, to.begin() + 10 + static_cast<std::ptrdiff_t>(expected.size())),
+                      expected);
         }
     }
 }
@@ -150,12 +154,14 @@ TEST(OnevarMultFaults, ReversedRangesAndZerosAtTheTop)
     words z(8, -7);
     expect_report(report_of([&] { onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
                   " ** bad exps onevar 1, 0, 0, 1\n*** Kelmar error. potential 0 in onevar_mult.\n");
-    expect_report(report_of([&] { onevar_mult(x.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
-                  " ** bad upper limits, onevar 0, 1, 0, 1, 2, 0\n*** Kelmar error. 0 upper value in onevar_mult.\n");
+    expect_report(
+        report_of([&] { onevar_mult(x.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
+        " ** bad upper limits, onevar 0, 1, 0, 1, 2, 0\n*** Kelmar error. 0 upper value in onevar_mult.\n");
     expect_report(report_of([&] { fast_array_onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
                   "*** Kelmar error. bad exps in fast_array_onevar_mult.\n");
     EXPECT_EQ(z, words(8, -7));
-    EXPECT_EQ(report_of([&] { onevar_mult(zero.data(), zero.data(), z.data(), 0, 1, 0, 1); }), "it came back");
+    EXPECT_EQ(report_of([&] { onevar_mult(zero.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
+              "it came back");
     EXPECT_EQ(z[0], 1);
 }
 
@@ -185,7 +191,7 @@ TEST(WordArrays, ZeroOfDegreeZeroIsAFault)
     EXPECT_EQ(p.p, nullptr);
 }
 
-// One level over words ----------------------------------------------------------------------------------------
+// One level over words ----------------------------------------------------------------------------------
 
 std::string simplest_text(polynode *a, polynode *b)
 {
@@ -211,7 +217,8 @@ TEST(SimplestPolyMult, EveryThresholdFromBothSides)
                     for (std::int32_t cut : {10, top, top + 3}) {
                         const with_value limit(&fast_gcd_size, arrays), short_cut(&fast_mult_cut, cut);
                         const with_value cutoff(&poly_cutoff, 40);
-                        poly_operand expected(reference_product(a.p, b.p, 1)), square(reference_product(a.p, a.p, 1));
+                        poly_operand expected(reference_product(a.p, b.p, 1)),
+                            square(reference_product(a.p, a.p, 1));
                         EXPECT_EQ(simplest_text(a.p, b.p), poly_text(expected.p));
                         EXPECT_EQ(simplest_text(a.p, a.p), poly_text(square.p));
                     }
@@ -235,7 +242,8 @@ TEST(FastestStandard, SparsePairsStayLists)
     in_view live(view_modular, 65521);
     for (std::int32_t step : {3, 4, 5}) {
         flat_poly terms;
-        for (std::int32_t k = 0; k < 30; ++k) terms.emplace(std::vector<std::int32_t>{step * k}, random_coefficient(&r, 1));
+        for (std::int32_t k = 0; k < 30; ++k)
+            terms.emplace(std::vector<std::int32_t>{step * k}, random_coefficient(&r, 1));
         poly_operand a(nest(&terms)), b(dense_poly(&r, 0, 40)), c, expected(reference_product(a.p, b.p, 1));
         fastest_standard(a.p, b.p, 30, 41, &c.p);
         EXPECT_EQ(poly_text(c.p), poly_text(expected.p));
@@ -258,7 +266,7 @@ TEST(SimplestPolyMult, DegreesThatSumUpToMoreThanTheArraysHold)
     }
 }
 
-// Rows --------------------------------------------------------------------------------------------------------
+// Rows --------------------------------------------------------------------------------------------------
 
 TEST(TryFast2Var, TakesDensePairsWithinTheRows)
 {
@@ -319,8 +327,11 @@ TEST(FastestPoly2Mult, AgreesWithTheFlatForm)
                 fastest_poly2_mult(a.p, a.p, &s.p);
                 EXPECT_EQ(poly_text(s.p), poly_text(square.p));
                 free_poly(&c.p);
-                poly_mult(a.p, b.p, &c.p, nilpol);
-                EXPECT_EQ(poly_text(c.p), poly_text(expected.p));
+                for (std::int32_t flat : {12, never}) {  // 30 and 31 are on the two sides of row_arrays_from
+                    const with_value cut(&flat_mult_cut, flat);
+                    poly_mult(a.p, b.p, &c.p, nilpol);
+                    EXPECT_EQ(poly_text(c.p), poly_text(expected.p));
+                }
             }
             audit.expect_unchanged("rows");
         }
@@ -330,7 +341,8 @@ TEST(FastestPoly2Mult, AgreesWithTheFlatForm)
 TEST(FastestPoly2Mult, RowsMayBeAbsentAndCancel)
 {
     in_view live(view_modular, 36);
-    poly_operand a(poly_of_text("{40{2{#6}, #1}, 39{#5}, 0{1{#1}}}")), b(poly_of_text("{33{5{#6}}, 1{#1}, #35}")), c;
+    poly_operand a(poly_of_text("{40{2{#6}, #1}, 39{#5}, 0{1{#1}}}")),
+        b(poly_of_text("{33{5{#6}}, 1{#1}, #35}")), c;
     poly_operand expected(reference_product(a.p, b.p, 2));
     fastest_poly2_mult(a.p, b.p, &c.p);
     EXPECT_EQ(poly_text(c.p), poly_text(expected.p));

@@ -60,7 +60,8 @@ TEST(CyclicProduct, LongArraysOfTheGreatestEntries)
 TEST(IntegerOf, BothSigns)
 {
     const std::uint64_t p = transform_prime[0], q = transform_prime[1];
-    for (std::int64_t v : {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, (std::int64_t{1} << 60) - 1, -(std::int64_t{1} << 60)}) {
+    for (std::int64_t v : {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, (std::int64_t{1} << 60) - 1,
+                           -(std::int64_t{1} << 60)}) {
         EXPECT_EQ(integer_of(v < 0 ? p - static_cast<std::uint64_t>(-v) : static_cast<std::uint64_t>(v)), v);
     }
     const __int128 one = 1;

@@ -10,8 +10,7 @@ using namespace kelmar;
 
 namespace {
 
-class ExecName : public ::testing::Test
-{
+class ExecName : public ::testing::Test {
 protected:
     std::string directory;
     std::string old_path;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include "session/evaluator.h"
+#include "session/func_records.h"
 #include "tests/support/catch_error.h"
 #include "session/errnums.h"
 
@@ -17,8 +18,7 @@ token_rec named(const std::string &text)
     return t;
 }
 
-class Names : public ::testing::Test
-{
+class Names : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -161,20 +161,24 @@ TEST_F(Names, UnknownNameForReferenceIsError19)
 
 TEST_F(Names, KeepNewestFunctionRemovesOlderOnes)
 {
-    func_node older = {};
-    func_node other = {};
-    func_node newer = {};
+    func_node *older;
+    func_node *other;
+    func_node *newer;
     token_rec t = named("Fn");
-    std::strcpy(older.text, "Fn");
-    std::strcpy(other.text, "Gn");
-    std::strcpy(newer.text, "Fn");
+    newfunc(&older);
+    newfunc(&other);
+    newfunc(&newer);
+    std::strcpy(older->text, "Fn");
+    std::strcpy(other->text, "Gn");
+    std::strcpy(newer->text, "Fn");
     const int bucket = hash("Fn", upper_buckets);
-    newer.next = &other;
-    other.next = &older;
-    func_store[bucket] = &newer;
-    EXPECT_EQ(find_func(&t), &newer);
+    newer->next = other;
+    other->next = older;
+    older->next = nullptr;
+    func_store[bucket] = newer;
+    EXPECT_EQ(find_func(&t), newer);
     EXPECT_EQ(keep_newest_function(&t), 1);
-    EXPECT_EQ(other.next, nullptr);
+    EXPECT_EQ(other->next, nullptr);
     EXPECT_EQ(remove_function(&t), 1);
     EXPECT_EQ(find_func(&t), nullptr);
     EXPECT_EQ(keep_newest_function(&t), 0);

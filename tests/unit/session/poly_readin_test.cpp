@@ -95,7 +95,8 @@ TEST_F(PolyReadin, WhatWasWrittenComesBack)
                 const int wrap = round & 1;
                 const std::string text = written(p.q, wrap);
                 testing::internal::CaptureStdout();
-                EXPECT_EQ(error_in_view([&] { read_text(text.c_str(), &back.q); }), 0) << text << " seed " << r.seed;
+                EXPECT_EQ(error_in_view([&] { read_text(text.c_str(), &back.q); }), 0)
+                    << text << " seed " << r.seed;
                 if (HasFailure()) return;
                 testing::internal::GetCapturedStdout();  // minus signs in modular mode are told
                 EXPECT_EQ(value_text(back.q), value_text(p.q)) << text << " seed " << r.seed;

@@ -12,8 +12,7 @@ namespace {
 
 input_stream text;
 
-class Scanner : public ::testing::Test
-{
+class Scanner : public ::testing::Test {
 protected:
     void SetUp() override
     {

@@ -171,12 +171,14 @@ TEST(MemAvail, IsTheBudgetLessTheHighWaterMark)
     quolynode *q = nullptr;
     newquoly(&q);
     q->is_num = 0;
+    q->top = q->den = nullptr;
     EXPECT_EQ(memory_left(), before - 20);
 #ifndef KELMAR_MALLOC_RECORDS
     free_quoly(&q);
     EXPECT_EQ(memory_left(), before - 20) << "slugs do not come back";
     newquoly(&q);
     q->is_num = 0;
+    q->top = q->den = nullptr;
     EXPECT_EQ(memory_left(), before - 20) << "a record from the free list takes nothing";
 #endif
     free_quoly(&q);
@@ -188,6 +190,7 @@ TEST(MemAvail, IsZeroWhenTheBudgetIsReached)
     quolynode *q = nullptr;
     newquoly(&q);
     q->is_num = 0;
+    q->top = q->den = nullptr;
     totalavailablememory = used_bytes() + 1;
     EXPECT_EQ(memavail(), 1u);
     totalavailablememory = used_bytes();

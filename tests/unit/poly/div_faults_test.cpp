@@ -1,0 +1,149 @@
+// What divisions write when they are called against their contract, and what an interrupt leaves behind.
+#include <gtest/gtest.h>
+#include "poly/div.h"
+#include "poly/div_exact.h"
+#include "poly/div_fast.h"
+#include "poly/div_pseudo.h"
+#include "poly/mul_work.h"
+#include "session/levels.h"
+#include "session/output.h"
+#include "session/report.h"
+#include "tests/support/divisions.h"
+
+using namespace kelmar;
+using namespace kelmar_test;
+
+namespace {
+
+// What f writes. At the highest command level no further one is pushed, so a fault unwinds.
+template <class F> std::string report_of(F f)
+{
+    const kept_view view;
+    const auto saved = levelcount;
+    levelcount = highest_level;
+    testing::internal::CaptureStdout();
+    caught_error([&] {
+        Output = stdout;
+        f();
+    });
+    levelcount = saved;
+    return testing::internal::GetCapturedStdout();
+}
+
+struct PolyFaults : testing::Test {
+    six_variables names;
+    in_view live{view_digits};
+    poly_operand n{poly_of_text("{2{#4}, #-4}")}, m{poly_of_text("{1{#1}, #-1}")}, two{poly_of_text("{#2}")},
+        q;
+    int flag = 0;
+
+    template <class F> void expect_report(const std::string &begin, F f)
+    {
+        EXPECT_EQ(report_of(f).substr(0, begin.size()), begin);
+    }
+};
+
+TEST_F(PolyFaults, PolyQuot)
+{
+    poly_operand nine(poly_of_text("{#9}"));
+    expect_report("code -31\n*** Kelmar error. divisor not number in poly quot.\n",
+                  [&] { poly_quot(n.p, m.p, &q.p, -31); });
+    expect_report("code 0\n*** Kelmar error. divisor not number in fastest poly quot.\n",
+                  [&] { fastest_poly_quot(n.p, m.p, &q.p); });
+    expect_report("code -1032\n*** Kelmar error. zero node t.\n", [&] { poly_quot(n.p, nine.p, &q.p, -31); });
+}
+
+TEST_F(PolyFaults, GenPolyDivide)
+{
+    expect_report("*** Kelmar error. pt nil in poly_divide.\n",
+                  [&] { gen_poly_divide(n.p, m.p, &q.p, nullptr, &flag); });
+    expect_report("*** Kelmar error. m is number in poly_divide.\n",
+                  [&] { gen_poly_divide(n.p, two.p, &q.p, names.first(), &flag); });
+}
+
+TEST_F(PolyFaults, ByOneIsAllowedInModularMode)
+{
+    in_ring modular(field_rings[3]);
+    poly_operand a(poly_of_text("{2{#4}}")), one(poly_of_text("{#1}")), result;
+    gen_poly_divide(a.p, one.p, &result.p, names.first(), &flag);
+    EXPECT_EQ(flag, 0);
+    EXPECT_EQ(poly_text(result.p), "{2{#4}}");
+}
+
+TEST_F(PolyFaults, FastPolyDivide)
+{
+    poly_operand low(poly_of_text("{1{#1}}")), square(poly_of_text("{2{#1}}")),
+        off(poly_of_text("{2{#4}, #-3}"));
+    expect_report("*** Kelmar error. pt nil in fast_poly_divide.\n",
+                  [&] { fast_poly_divide(&low.p, m.p, nullptr, 3); });
+    expect_report("*** Kelmar error. m is number in fast_poly_divide.\n",
+                  [&] { fast_poly_divide(&low.p, two.p, names.first(), 3); });
+    expect_report(
+        "*** n is number in fast_poly_divide, 0, 1, 3\n*** Kelmar error. n is number in fast_poly_divide.\n",
+        [&] { fast_poly_divide(&two.p, m.p, names.first(), 3); });
+    expect_report("*** bad exps 1, 2, 3\n*** Kelmar error. bad exps in fast_poly divide. \n",
+                  [&] { fast_poly_divide(&low.p, square.p, names.first(), 3); });
+    expect_report(
+        "*** bad nexp in fast_poly_divide, 2, 1, 3\n*** Kelmar error. bad nexp in fast_poly_divide.\n",
+        [&] { fast_poly_divide(&off.p, m.p, names.first(), 3); });
+}
+
+TEST_F(PolyFaults, TrialPolyDivide)
+{
+    expect_report("*** Kelmar error. pt nil in trial_poly_divide.\n",
+                  [&] { trial_poly_divide(n.p, m.p, &q.p, nullptr, 1, 0, 0); });
+    expect_report(
+        "*** Kelmar error. m is a number in trial_poly_divide. Try turning off the fast divide test "
+        "with &_t.\n",
+        [&] { trial_poly_divide(n.p, two.p, &q.p, names.first(), 1, 0, 0); });
+}
+
+TEST_F(PolyFaults, PseudoDivisionWithoutTheVariable)
+{
+    poly_operand inner_only(poly_of_text("{0{1{#5}}}"));
+    expect_report("bad m^.exp in pseudo div no q: 0\n",
+                  [&] { pseudo_div_no_q(n.p, inner_only.p, &q.p, names.first(), 1); });
+}
+
+TEST_F(PolyFaults, ALeadThatIsNoNumberForTheSchoolMethod)
+{
+    poly_operand r, lead(poly_of_text("{1{1{#1}}, #1}"));
+    expect_report("*** Kelmar error. divisor not number in poly quot.\n",
+                  [&] { basic_poly_divide(n.p, lead.p, &q.p, &r.p, 0); });
+}
+
+// Interrupts ------------------------------------------------------------------------------------------------
+
+// f is left at its first poll, writes to none of the operands, and loses nothing.
+template <class F> void expect_harmless_interrupt(F f, polynode *n, polynode *m)
+{
+    const std::string n_text = poly_text(n), m_text = poly_text(m);
+    poly_audit audit;
+    bool came_back = false;
+    interrupt_flag = 1;
+    report_of([&] {
+        f();
+        came_back = true;
+    });
+    interrupt_flag = 0;
+    EXPECT_FALSE(came_back);
+    EXPECT_EQ(poly_text(n), n_text);
+    EXPECT_EQ(poly_text(m), m_text);
+    release_work();
+    audit.expect_unchanged("interrupted division");
+}
+
+TEST(PolyDivInterrupt, LeavesTheOperandsAndLosesNothing)
+{
+    in_view live(view_digits);
+    six_variables names;
+    poly_operand n(poly_of_text("{4{2{#4}, #1}, 2{1{#3}}, #-4}")),
+        m(poly_of_text("{2{1{#1}, #2}, 1{#1}, #-1}"));
+    poly_operand product(reference_product(n.p, m.p, 2)), monic(poly_of_text("{1{#1}, #3}"));
+    static polynode *q, *r;
+    expect_harmless_interrupt([&] { q = exact_quotient(product.p, m.p, names.first()); }, product.p, m.p);
+    expect_harmless_interrupt([&] { pseudo_div(n.p, m.p, &q, &r, 1, names.first()); }, n.p, m.p);
+    expect_harmless_interrupt([&] { school_poly_divide(n.p, monic.p, &q, &r, names.first()); }, n.p, monic.p);
+}
+
+}  // namespace
