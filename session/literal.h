@@ -11,8 +11,8 @@ namespace kelmar {
 // n = the digits in hand and behind, in the live view; n replaced. *ndigits = how many were read.
 void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32_t *ndigits);
 
-// *n = the literal whose first token, a digit or ".", is in hand: digits, decimals, in float mode a power of ten
-// whose sign is compulsory. *n replaced. Errors: 341 376.
+// *n = the literal whose first token, a digit or ".", is in hand: digits, decimals, in float mode a power
+// of ten whose sign is compulsory. *n replaced. Errors: 341 376.
 void read_literal(input_stream **stream, quolynode **n, name_node **cursor);
 
 }  // namespace kelmar
