@@ -14,7 +14,7 @@ namespace kelmar {
 // c = a + b, a - b, a * b in the live view. c replaced, may be an operand.
 void num_add(const number *a, const number *b, number *c);
 void num_sub(const number *a, const number *b, number *c);
-void num_mul(number *a, number *b, number *c);  // restored: chains are cut and put back
+void num_mul(number *a, number *b, number *c);
 
 // c = a / b in the live view: double quotient; product with the inverse; truncated word; truncated quotient.
 // c replaced, may be an operand. Errors: 22 for b = 0: then c = 1 in the digit views, else c = a; 85.

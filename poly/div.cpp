@@ -14,7 +14,6 @@
 #include "poly/div_words.h"
 #include "poly/mul_work.h"
 #include "session/report.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -89,7 +88,7 @@ static polynode *school_step(polynode **rest, polynode *m, const number_divisor 
     polynode **end = quotient;
     *rest = n;
     while (*rest && (*rest)->exp >= m->exp) {
-        if (undo_depth == 0) poll_interrupt();
+        poll_interrupt();
         *end = school_step(rest, m, &d, one_level, var);
         if (!*end) continue;
         if (q) {

@@ -12,7 +12,6 @@
 #include "poly/div_words.h"
 #include "poly/mul_work.h"
 #include "session/report.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -142,7 +141,7 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
         const std::int64_t e = std::int64_t{(*rest)->exp} - m->exp;
         exact = e >= range.last && is_exponent(e);
         if (!exact) break;
-        if (undo_depth == 0) poll_interrupt();
+        poll_interrupt();
         *coef = take_lead(rest);
         exact = divide_lead(coef, m, &d, var);
         if (!exact || poly_iszero(*coef)) {

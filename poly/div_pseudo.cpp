@@ -11,7 +11,6 @@
 #include "poly/div_steps.h"
 #include "poly/mul_work.h"
 #include "session/report.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -110,7 +109,7 @@ static polynode *scaled_quotient(pseudo_state *s)
     std::int32_t left = n->exp - m->exp + 1;
     *s.rest = copy_poly(n);
     while (*s.rest && (*s.rest)->exp >= m->exp) {
-        if (undo_depth == 0) poll_interrupt();
+        poll_interrupt();
         pseudo_step(&s);
         --left;
     }

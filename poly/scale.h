@@ -5,7 +5,7 @@
 
 namespace kelmar {
 
-// *c = n * p in the live view. p spared, n restored: chains are cut and put back. *c filled, null before.
+// *c = n * p in the live view. p, n spared. *c filled, null before.
 // Terms that vanish are dropped (modulo a composite, by underflow, by wrapping); the result is normal. Polls:
 // no.
 void scalar_by_poly(const number *n, const polynode *p, polynode **c);

@@ -1,11 +1,10 @@
 // session/interrupt.cpp -- the keyboard interrupt.
 //
 // The handler sets one flag. It is answered at the next safe point: a new command level stands on top of the
-// computation. While an operand is altered in place nothing is answered; the next safe point is never far.
+// computation, which never alters an operand in place.
 #include "session/interrupt.h"
 #include <csignal>
 #include "session/report.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -25,7 +24,6 @@ void install_interrupt()
 
 void answer_interrupt()
 {
-    if (undo_depth > 0) return;
     interrupt_flag = 0;
     error(new_level, " ");
 }

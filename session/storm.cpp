@@ -11,7 +11,6 @@
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/scanner.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -22,7 +21,7 @@ void storm_poll()
     static int polls = 0;
     static int raging = 0;
     static std::FILE *const unseen = std::fopen("/dev/null", "w");
-    if (raging || undo_depth > 0 || levelcount >= highest_level || ++polls % storm_period != 0) return;
+    if (raging || levelcount >= highest_level || ++polls % storm_period != 0) return;
     static const unsigned char leave[] = "\n&_p\n";
     input_stream answers;
     input_stream *const input = Input;

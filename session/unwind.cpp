@@ -1,8 +1,8 @@
 // session/unwind.cpp -- the only file that jumps.
 //
-// Before a jump the lists that were altered in place are put back, newest alteration first, and the values
-// that the abandoned evaluators own go back to their free lists. Nothing on the frames in between has a
-// destructor.
+// Before a jump the values that the abandoned evaluators own go back to their free lists, and so does what a
+// product had gathered. Operands are never altered in place, so there is nothing to repair. Nothing on the
+// frames in between has a destructor.
 #include "session/unwind.h"
 #include "poly/mul_work.h"
 #include "poly/variables.h"
@@ -13,7 +13,6 @@
 #include "session/owned.h"
 #include "session/progress.h"
 #include "session/scanner.h"
-#include "storage/undo.h"
 
 namespace kelmar {
 
@@ -61,7 +60,6 @@ void forget_on_error(int status)
 void release_abandoned()
 {
     release_work();
-    undo_all();
     release_calls(nullptr);
     release_pending(nullptr);
     free_owned(0);
@@ -83,7 +81,6 @@ void jump_to_exit()
 
 void abandon_statement()
 {
-    undo_all();
     release_calls(abandon_to->calls_mark);
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);

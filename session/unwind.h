@@ -37,7 +37,7 @@ void drop_abandon_point(abandon_point *here);
 // Call the forgetters: those of every error, with status >= 0 also those of an abandoned computation.
 void forget_on_error(int status);
 
-// Put back what is altered in place, and free what evaluators own.
+// Free what evaluators own, and what running products have gathered.
 void release_abandoned();
 
 // Do so, and jump to the restart point.

@@ -9,6 +9,7 @@
 #include "poly/add.h"
 #include "poly/scale.h"
 #include "poly/variables.h"
+#include "tests/support/mul_operands.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -354,6 +355,7 @@ TEST(Chinese, ImagesModuloPrimesLiftToTheIntegers)
 TEST(ModChinese, AgreesWithTheSumOfProducts)
 {
     test_random r;
+    make_field_products();
     for (const std::int32_t m : {101, 65537, 2147483629, 0}) {
         const in_view live(m ? view_modular : view_field, m);
         const auto residue = [&r] {
