@@ -73,7 +73,9 @@ static void set_stack_floor()
     stack_floor = usable > stack_reserve ? here - (usable - stack_reserve) : here;
 }
 
+#ifndef KELMAR_MALLOC_RECORDS
 static constexpr int primed_nodes = 5001;  // on the free list of polynomial terms before the first prompt
+#endif
 
 // The values 1 to 998, as numbers that hold in every mode.
 static void make_denom()
