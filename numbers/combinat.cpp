@@ -4,21 +4,25 @@
 // the binomials are stored up to their middle; the one or two rows above follow by C(m+1, k) = C(m, k)
 // (m+1)/(m+1-k), where every division is exact. Modulo 2^32 the powers of two are counted apart and the odd
 // parts inverted; modulo a prime the digits of n and k to that base are taken one by one (Lucas), so no
-// factor is ever 0.
+// factor is ever 0. Modulo a composite number k! is inverted when it can be, and else the whole number
+// reduced.
 #include "numbers/combinat.h"
 #include <cmath>
 #include "numbers/convert.h"
 #include "numbers/long_div.h"
 #include "numbers/long_mul.h"
+#include "numbers/primes.h"
 #include "numbers/startup.h"
 #include "numbers/word_mod.h"
+#include "session/report.h"
 
 namespace kelmar {
 
-static constexpr std::int32_t last_finite_factorial = 170;   // as a double
-static constexpr std::int32_t last_odd_word_factorial = 33;  // 34! is a multiple of 2^32
-static constexpr std::int32_t last_stepped_row = 152;        // two above the last row of the table
-static constexpr double whole_limit = 9007199254740992.0;    // 2^53: doubles below it can be made whole
+static constexpr std::int32_t last_finite_factorial = 170;         // as a double
+static constexpr std::int32_t last_odd_word_factorial = 33;        // 34! is a multiple of 2^32
+static constexpr std::int32_t last_stepped_row = 152;              // two above the last row of the table
+static constexpr std::int32_t longest_binom = 32767 * digit_bits;  // bits of the longest number
+static constexpr double whole_limit = 9007199254740992.0;          // 2^53: doubles below it can be made whole
 
 // Factorials ---------------------------------------------------------------------------------------------
 
@@ -134,6 +138,13 @@ static std::int32_t nearer_side(std::int32_t n, std::int32_t k)
     return k <= n - k ? k : n - k;
 }
 
+// The coefficient, k the nearer side, may be longer than the longest number: it is below 2^n, and below n^k.
+static bool too_long(std::int32_t n, std::int32_t k)
+{
+    if (k < 1 || n <= longest_binom) return false;
+    return std::int64_t{k} * (32 - __builtin_clz(static_cast<unsigned>(n))) > longest_binom;
+}
+
 void rat_binom(std::int32_t n, std::int32_t k, number *r)
 {
     k = nearer_side(n, k);
@@ -220,6 +231,7 @@ static std::int32_t binom_of_digits(std::int32_t n, std::int32_t k)
     return product;
 }
 
+// The binomial itself, reduced.
 static std::int32_t reduced_binom(std::int32_t n, std::int32_t k)
 {
     number exact;
@@ -232,15 +244,44 @@ static std::int32_t reduced_binom(std::int32_t n, std::int32_t k)
     return exact.word;
 }
 
+// *word = the coefficient for a composite modulus, 0 <= k <= n. Declines (0) where k! has no inverse and the
+// coefficient itself would be longer than the longest number.
+static int binom_in_ring(std::int32_t n, std::int32_t k, std::int32_t *word)
+{
+    k = nearer_side(n, k);
+    if (k < long_is_prime(modulus)) {  // the least divisor
+        *word = binom_below_prime(n, k);
+        return 1;
+    }
+    if (too_long(n, k)) return 0;
+    *word = reduced_binom(n, k);
+    return 1;
+}
+
+// *word = the residue of the coefficient, modulo 2 in a table field. Declines (0) as binom_in_ring.
+static int residue_binom(std::int32_t n, std::int32_t k, std::int32_t *word)
+{
+    *word = 0;
+    if (k < 0 || k > n) return 1;
+    if (finf) {
+        *word = ((n - k) & k) == 0;  // no carry in n - k plus k
+        return 1;
+    }
+    if (!mod_is_prime) return binom_in_ring(n, k, word);
+    *word = binom_of_digits(n, k);
+    return 1;
+}
+
 void mod_binom(std::int32_t n, std::int32_t k, number *r)
 {
-    if (k < 0 || k > n) {
-        r->word = 0;
-    } else if (finf) {
-        r->word = ((n - k) & k) == 0;  // no carry in n - k plus k
-    } else {
-        r->word = mod_is_prime ? binom_of_digits(n, k) : reduced_binom(n, k);
-    }
+    if (!residue_binom(n, k, &r->word)) error(err_binomial_modulus, "Bin");
+}
+
+std::int32_t imod_binom(std::int32_t n, std::int32_t k)
+{
+    std::int32_t word;
+    if (!residue_binom(n, k, &word)) error(err_binomial_ring, "Bin");
+    return word;
 }
 
 void binomial(std::int32_t n, std::int32_t k, number *r)
@@ -254,7 +295,13 @@ void binomial(std::int32_t n, std::int32_t k, number *r)
         lint_binom(n, k, r);
         special_set(r->word & digit_mask, r);
         return;
-    case view_digits: rat_binom(n, k, r); return;
+    case view_digits:
+        if (too_long(n, nearer_side(n, k))) {
+            error(err_factorial_too_big, "Bin");
+            k = -1;
+        }
+        rat_binom(n, k, r);
+        return;
     }
 }
 

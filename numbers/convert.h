@@ -16,7 +16,29 @@ namespace kelmar {
 // `sign`.
 void change_num(number *n, int give_up, int sign);
 
+// What a walk over many numbers asks of the ring that it converts to, made once.
+struct residue_ring {
+    std::uint64_t reciprocal;  // (2^64 - 1) / m, truncated
+    std::uint32_t m;           // modulus
+    std::int32_t sign;         // as in change_num
+};
+
+// *to = the present ring.
+void set_residue_ring(residue_ring *to, int sign);
+
+// n->word = the digits of n in that ring, as change_num gives it. Return it. Cost: a product a digit, where
+// change_num divides.
+std::int32_t fill_residue(number *n, const residue_ring *to);
+
+// n = its word as digits, whatever the mode: one, or two from 2^28 on. With alt_form_display a word above
+// modulus / 2 is taken as a negative number, where there is a modulus. n replaced.
+void change_from_mod(number *n);
+
 // n->real = the digits of n as a double, infinite when they are out of its range. n restored.
 void change_flote(number *n);
+
+// The quotient a / b of two long integers, b not 0, as a double: also where one of them is out of the range
+// of doubles. a, b spared.
+double digit_ratio(const number *a, const number *b);
 
 }  // namespace kelmar

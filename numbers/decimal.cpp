@@ -6,6 +6,7 @@
 // times a power of 10^8 plus the low half, down to runs that are converted on a small array.
 #include "numbers/decimal.h"
 #include <cmath>
+#include <cstdlib>
 #include "numbers/dispatch.h"
 #include "numbers/long_add.h"
 #include "numbers/long_mul.h"
@@ -324,6 +325,20 @@ static void write_groups(std::FILE *out, const numnode *node, int wrap, std::int
     }
 }
 
+// default -1; the groups that disp_cons stands for; calc_disp; reset: never
+static std::int32_t disp_cons_groups = -1;
+
+void calc_disp()
+{
+    if (disp_cons_groups == places_shown()) return;
+    disp_cons_groups = places_shown();
+    saved_view saved;
+    enter_digits(&saved);
+    special_set(decimal_base, &disp_cons);
+    number_power(&disp_cons, places_shown());
+    leave_view(&saved);
+}
+
 void showint(std::FILE *out, const number *n, int compact, int pad, int is_base10, int no_sign,
              int spaced_minus, int wrap, std::int32_t *col)
 {
@@ -332,7 +347,7 @@ void showint(std::FILE *out, const number *n, int compact, int pad, int is_base1
     if (!is_base10) make_base_10(n, &made);
     const number *g = is_base10 ? n : &made;
 
-    if (pad) write_padding(out, disp_size - g->size, wrap, col);
+    if (pad) write_padding(out, places_shown() - g->size, wrap, col);
     if (g->size > 1 && g->head->digit == 0) kelmar_error("bad 0 node found in showint", 1);
     if (!no_sign && g->head->digit < 0) {
         std::fputs(spaced_minus && !uglyprint ? "- " : "-", out);
@@ -356,10 +371,31 @@ static std::int32_t float_width(double v)
     return static_cast<std::int32_t>(std::floor(std::log(std::fabs(v)) / std::log(10.0))) + 1;
 }
 
+// Write v so that reading gives v again. What no literal stands for is written as 0.
+static void save_float(std::FILE *out, double v, bool blank_behind_minus)
+{
+    char text[32];
+    if (!std::isfinite(v)) {
+        std::printf(" *** Warning. A value that is no finite number is saved as 0.\n");
+        v = 0;
+    }
+    if (v < 0 && blank_behind_minus) {
+        std::fputs("- ", out);
+        v = -v;
+    }
+    for (int digits = 15; digits <= 17; ++digits) {
+        std::snprintf(text, sizeof text, "%.*g", digits, v);
+        if (std::strtod(text, nullptr) == v) break;
+    }
+    std::fputs(text, out);
+}
+
 static void display_float(std::FILE *out, double v, std::int32_t *col, int spaced_minus)
 {
     *col += float_width(v);
-    if (std::isnan(v)) {
+    if (round_trip && v != 0) {
+        save_float(out, v, spaced_minus && !uglyprint);
+    } else if (std::isnan(v)) {
         std::fputs("nan", out);
     } else if (v == 0) {
         std::fputc('0', out);  // -0.0 too

@@ -17,6 +17,24 @@ inline char continuation = '`';
 inline std::int32_t uglyprint = 0;
 // default 5; groups of eight decimals shown behind the point; &d
 inline std::int32_t disp_size = 5;
+// default none, 10^40 from the start on; 10^(8 disp_size), which turns a fraction into its shown decimals;
+// calc_disp; reset: never
+inline number disp_cons = {};
+// default 0; doubles are written with as many digits as reading them back needs; saves; reset: unwind
+inline std::int32_t round_trip = 0;
+
+// No long integer has more groups; a larger disp_size stands for this.
+inline constexpr std::int32_t groups_limit = 34525;
+
+// Return how many groups of decimals are shown.
+inline std::int32_t places_shown()
+{
+    return disp_size < groups_limit ? disp_size : groups_limit;
+}
+
+// disp_cons = 10^(8 places_shown()), a long integer whatever the view: for who has changed disp_size, and who
+// is to read it. Cost: nothing when it is so already.
+void calc_disp();
 
 // A decimal literal while it is read.
 struct literal {
@@ -37,8 +55,8 @@ void literal_to_number(literal *lit, number *n);
 // sign of a long integer is not written. spaced_minus: a negative value is "- " and its magnitude.
 void display(std::FILE *out, int wrap, int no_sign, const number *n, std::int32_t *col, int spaced_minus);
 
-// Write a long integer. compact: no leading zeros in the first group. pad: zeros up to disp_size groups
-// first. is_base10: n holds a base 10^8 chain. Faults: "bad 0 node found in showint".
+// Write a long integer. compact: no leading zeros in the first group. pad: zeros up to places_shown()
+// groups first. is_base10: n holds a base 10^8 chain. Faults: "bad 0 node found in showint".
 void showint(std::FILE *out, const number *n, int compact, int pad, int is_base10, int no_sign,
              int spaced_minus, int wrap, std::int32_t *col);
 

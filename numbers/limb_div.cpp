@@ -45,30 +45,6 @@ static limb subtract_row(limb *w, const limb *b, std::int32_t n, limb q)
     return carry;
 }
 
-// w[0 .. n) += b[0 .. nb), nb <= n. Return the carry out of the top.
-static limb add_limbs(limb *w, std::int32_t n, const limb *b, std::int32_t nb)
-{
-    limb carry = 0;
-    for (std::int32_t i = 0; i < n && (i < nb || carry); ++i) {
-        carry += w[i] + (i < nb ? b[i] : 0);
-        w[i] = carry & limb_mask;
-        carry >>= limb_bits;
-    }
-    return carry;
-}
-
-// w[0 .. n) -= b[0 .. nb), nb <= n. Return the borrow out of the top.
-static limb subtract_limbs(limb *w, std::int32_t n, const limb *b, std::int32_t nb)
-{
-    limb borrow = 0;
-    for (std::int32_t i = 0; i < n && (i < nb || borrow); ++i) {
-        const limb rest = w[i] - (i < nb ? b[i] : 0) - borrow;
-        w[i] = rest & limb_mask;
-        borrow = rest >> 63;
-    }
-    return borrow;
-}
-
 // The limb of the quotient for w[0 .. n] and b[0 .. n), n >= 2: exact or one too large.
 static limb trial_limb(const limb *w, const limb *b, std::int32_t n)
 {
@@ -91,7 +67,7 @@ static void divide_rows(limb *q, limb *u, std::int32_t m, const limb *b, std::in
         const limb carry = subtract_row(w, b, n, trial);
         if (carry > w[n]) {
             --trial;
-            add_limbs(w, n, b, n);  // its carry cancels the borrow
+            add_limbs<binary_limbs>(w, n, b, n);  // its carry cancels the borrow
         }
         w[n] = 0;
         q[j] = trial;
@@ -133,7 +109,7 @@ static void divide_part(limb *q, limb *w, std::int32_t m, const limb *b, std::in
             q[i] = limb_mask;
             w[n + i] = 0;
         }
-        add_limbs(w + k, 2 * m, b + k, m);
+        add_limbs<binary_limbs>(w + k, 2 * m, b + k, m);
     }
     if (m >= k) {
         multiply_limbs(scratch, q, m, b, k, scratch + n);
@@ -141,10 +117,10 @@ static void divide_part(limb *q, limb *w, std::int32_t m, const limb *b, std::in
         multiply_limbs(scratch, b, k, q, m, scratch + n);
     }
     const limb one = 1;
-    limb borrow = subtract_limbs(w, n + m, scratch, n);
+    limb borrow = subtract_limbs<binary_limbs>(w, n + m, scratch, n);
     while (borrow) {
-        subtract_limbs(q, m, &one, 1);
-        borrow -= add_limbs(w, n + m, b, n);
+        subtract_limbs<binary_limbs>(q, m, &one, 1);
+        borrow -= add_limbs<binary_limbs>(w, n + m, b, n);
     }
 }
 

@@ -1,19 +1,13 @@
-// numbers/long_root.cpp -- Newton's iteration from the root of the leading half.
+// numbers/long_root.cpp -- square roots, in words up to four digits, on limbs above.
 //
-// The root of the leading half, with zero digits behind it, has half of the digits right, and one step
-// s = (s + a / s) / 2 makes all of them right but for the last unit. So each level of the recursion divides
-// once, and only the outermost compares squares. Below sqcut the start is the root of three or four leading
-// digits, taken in words, and the step is repeated until it settles.
+// The operand is shifted up by an even count of bits until it fills an even count of limbs. The bits that its
+// root has in excess then say on which side of the half the root of the operand lies.
 // Residues: Shanks, with the element of 2-power order kept as long as the modulus stays.
 #include "numbers/long_root.h"
 
 #include <cmath>
 
-#include "numbers/compare.h"
-#include "numbers/long_add.h"
-#include "numbers/long_div.h"
-#include "numbers/long_mul.h"
-#include "numbers/long_shift.h"
+#include "numbers/limb_root.h"
 #include "numbers/word_mod.h"
 
 namespace kelmar {
@@ -36,78 +30,44 @@ static void root_by_words(const number *a, number *s)
     for (const numnode *node = a->head; node; node = node->next) {
         v = v << digit_bits | static_cast<std::uint32_t>(node->digit);
     }
-    std::uint64_t root = wide_root(v);
-    numnode *head = nullptr, *tail = nullptr;
-    std::int32_t size = 0;
-    do {
-        head = new_digit(static_cast<std::int32_t>(root) & digit_mask, head);
-        if (!tail) tail = head;
-        ++size;
-        root >>= digit_bits;
-    } while (root);
-    take_chain(s, head, tail, size);
+    set_small_value(limb{wide_root(v)}, 0, s);
 }
 
-// s = (s + a / s) / 2. Return whether s and the quotient were within 1 of each other.
-static bool newton_step(const number *a, number *s)
+// a > b, both n limbs.
+static bool is_larger(const limb *a, const limb *b, std::int32_t n)
 {
-    number q = {}, rest = {};
-    pos_divide(a, s, &q, &rest);
-    meddiff(s->size, q.size, s->head, q.head, &rest);
-    const bool settled = rest.size == 1 && rest.head->digit <= 1 && rest.head->digit >= -1;
-    fastsum(s, &q);
-    shift_right_1(s);
-    special_free(&q);
-    special_free(&rest);
-    return settled;
-}
-
-// How many leading digits of `size` the start is taken from; what remains is even.
-static std::int32_t leading_part(std::int32_t size)
-{
-    if (size < sqcut) return size & 1 ? 3 : 4;
-    const std::int32_t half = size / 2 + 2;
-    return half + ((size - half) & 1);
-}
-
-// s = the root of a > 0, a unit off at most. s replaced. a restored.
-static void near_root(number *a, number *s)
-{
-    if (a->size <= 4) return root_by_words(a, s);
-
-    const std::int32_t part = leading_part(a->size);
-    number lead = *a;
-    lead.size = part;
-    numnode *last = a->head;
-    for (std::int32_t i = 1; i < part; ++i) last = last->next;
-    lead.tail = last;
-    numnode *const rest = last->next;
-    last->next = nullptr;
-    near_root(&lead, s);
-    last->next = rest;
-    fillout(s, (a->size - part) / 2);
-    const bool by_words = a->size < sqcut;
-    while (!newton_step(a, s) && by_words) {}
-}
-
-// Move s, which is near the root of a, to the integer nearest to it.
-static void settle_root(const number *a, number *s)
-{
-    number one = {}, excess = {};
-    special_set(1, &one);
-    for (;;) {
-        fast_mult(s, s, &excess);
-        fastdiff(&excess, a);
-        const bool above = excess.head->digit >= 0;
-        if (above ? int_abs_bigger(s, &excess, 0) : !int_abs_bigger(&excess, s, 0)) break;
-        if (above) {
-            fastdiff(s, &one);
-        } else {
-            fastsum(s, &one);
-        }
+    while (n-- > 0) {
+        if (a[n] != b[n]) return a[n] > b[n];
     }
-    special_free(&one);
-    special_free(&excess);
+    return false;
+}
+
+// s = the nearest root of more digits, by limbs.
+static void root_by_limbs(const number *a, number *s)
+{
+    const std::int32_t length = limbs_of(a->size), n = (length + 1) / 2;
+    limb *const x = scratch_limbs(3 * static_cast<std::int64_t>(n) + 1 + root_scratch(n));
+    limb *const root = x + 2 * n, *const rest = root + n + 1;
+
+    // x = a * 4^shift, so that one of its two top bits is set, and its root is 2^shift roots of a.
+    const bool whole = length & 1;
+    if (whole) x[0] = 0;
+    gather_limbs(a->head, a->size, x + whole);
+    const std::int32_t bits = (__builtin_clzll(x[2 * n - 1]) - (64 - limb_bits)) & ~1;
+    shift_limbs_up(x, x, 2 * n, bits);
+    const std::int32_t shift = (bits + (whole ? limb_bits : 0)) / 2;
+
+    const limb left = root_limbs(root, x, n, rest);
+    bool up;  // the root has a half or more behind it; a half itself has no whole square
+    if (shift) {
+        up = root[0] >> (shift - 1) & 1;
+        shift_limbs_down(root, n, shift);
+    } else {
+        up = left || is_larger(x, root, n);
+    }
+    const limb one = up;
+    root[n] = add_limbs<binary_limbs>(root, n, &one, 1);
+    scatter_limbs(root, n + 1, 0, s);
 }
 
 void int_sqrt(number *a, number *r, int copy)
@@ -117,15 +77,8 @@ void int_sqrt(number *a, number *r, int copy)
         special_set(0, &root);
     } else if (a->size <= 4) {
         root_by_words(a, &root);
-    } else if (copy) {
-        number own = {};
-        fast_num_assign(a->head, a->size, &own);
-        near_root(&own, &root);
-        settle_root(&own, &root);
-        special_free(&own);
     } else {
-        near_root(a, &root);
-        settle_root(a, &root);
+        root_by_limbs(a, &root);
     }
     if (!copy) special_free(a);
     take_chain(r, root.head, root.tail, root.size);

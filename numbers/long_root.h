@@ -5,9 +5,6 @@
 
 namespace kelmar {
 
-// default 16; digits; below it int_sqrt starts from a word; nobody; reset: never
-inline std::int32_t sqcut = 16;
-
 // default -1; the modulus that sqrt_c, sqrt_s and sqrt_m belong to; modular_sqrt; reset: never
 inline std::int32_t sqrt_mod = -1;
 inline std::int32_t sqrt_s = 0;  // modulus - 1 = 2^sqrt_s * sqrt_m, sqrt_m odd

@@ -34,6 +34,10 @@ inline std::int32_t finf = 0;
 inline std::int32_t f256 = 0;
 inline std::int32_t f2t16 = 0;
 
+// default 0; the numbers of the session are doubles: what a statement of the user expects; the start, when it
+// sets the ground ring; reset: never
+inline std::int32_t session_flote = 0;
+
 // default 1; remainders are made non-negative; the switch &|
 inline std::int32_t pos_mod = 1;
 // default 1; residues above half_modulus are shown as negative values; the switch &H
@@ -75,7 +79,28 @@ inline bool prime_field()
     return !flotemode && modularmode && !finf && mod_is_prime;
 }
 
-// The three flags that choose the view, kept while a routine works in another one.
+// The modulus -------------------------------------------------------------------------------------------
+
+// modulus = m, 2 .. 2147483646, and with it half_modulus, smallmodulus, two28_mod, mod_is_prime; no table
+// field. The view stays. Cost: a primality test; not for set_prime_modulus, where m is known to be a prime.
+void set_modulus(std::int32_t m);
+void set_prime_modulus(std::int32_t p);
+
+// The table field of 256 or 65536 elements stands for the modulus, which has that value. The view stays.
+void set_table_field(std::int32_t order);
+
+// Everything that tells the ground ring, kept while a routine works over another one.
+struct ground_ring {
+    std::int32_t flote, modular, lint, integer;
+    std::int32_t modulus, half, small, prime, two28;
+    std::int32_t field, field_256, field_2t16;
+};
+void keep_ring(ground_ring *r);       // *r = what is live
+void put_ring(const ground_ring *r);  // make that live
+
+// The view -----------------------------------------------------------------------------------------------
+
+// The flags that choose the view, kept while a routine works in another one.
 struct saved_view {
     std::int32_t flote, modular, lint, integer;
 };

@@ -6,33 +6,14 @@
 
 namespace kelmar {
 
-void newquoly(quolynode **q)
+void give_quoly_slow(quolynode *old)
 {
-    quolynode *fresh = quolygarb;
-    if (fresh) {
-        quolygarb = fresh->next;
-    } else {
-        fresh = static_cast<quolynode *>(get_slug(quolystash));
-    }
-    *q = fresh;
-}
-
-void give_quoly(quolynode **q)
-{
-    quolynode *old = *q;
-    *q = nullptr;
 #ifdef KELMAR_MALLOC_RECORDS
     free_record(quolystash, old);
 #else
     old->next = quolygarb;
     quolygarb = old;
 #endif
-}
-
-void free_plain(quolynode **q)
-{
-    free_imag(&(*q)->num);
-    give_quoly(q);
 }
 
 std::int64_t live_quolys()
@@ -42,9 +23,8 @@ std::int64_t live_quolys()
     return live;
 }
 
-number *plain_result(quolynode **c)
+void fresh_plain(quolynode **c)
 {
-    if (*c) return (*c)->num;
     number *n = nullptr;
     newimag(&n);
     n->size = 0;
@@ -55,7 +35,6 @@ number *plain_result(quolynode **c)
     (*c)->num = n;
     (*c)->den = nullptr;
     (*c)->is_rat = 0;
-    return n;
 }
 
 void plain_set(std::int32_t v, quolynode **q)

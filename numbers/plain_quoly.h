@@ -27,13 +27,47 @@ static_assert(std::is_trivial_v<quolynode>);
 // default null; free records; newquoly, give_quoly; reset: never
 inline quolynode *quolygarb = nullptr;
 
-void newquoly(quolynode **q);    // *q filled: a fresh record, fields not cleared
-void give_quoly(quolynode **q);  // release the record alone; *q becomes null
-void free_plain(quolynode **q);  // release a plain number and its record; *q becomes null
+// *q filled: a fresh record, fields not cleared.
+inline void newquoly(quolynode **q)
+{
+    quolynode *fresh = quolygarb;
+    if (__builtin_expect(fresh != nullptr, 1)) {
+        quolygarb = fresh->next;
+    } else {
+        fresh = static_cast<quolynode *>(get_slug(quolystash));
+    }
+    *q = fresh;
+}
 
-// The number record of *c, to be filled with a result: the one that *c holds, its chain included, else a
-// fresh one in a fresh *c.
-number *plain_result(quolynode **c);
+// Release the record alone; *q becomes null.
+void give_quoly_slow(quolynode *old);
+inline void give_quoly(quolynode **q)
+{
+    quolynode *old = *q;
+    *q = nullptr;
+#ifdef KELMAR_MALLOC_RECORDS
+    give_quoly_slow(old);
+#else
+    old->next = quolygarb;
+    quolygarb = old;
+#endif
+}
+
+// Release a plain number and its record; *q becomes null.
+inline void free_plain(quolynode **q)
+{
+    free_imag(&(*q)->num);
+    give_quoly(q);
+}
+
+// Return the number record of *c, to be filled with a result: the one that *c holds, its chain included, else
+// a fresh one in a fresh *c.
+void fresh_plain(quolynode **c);
+inline number *plain_result(quolynode **c)
+{
+    if (!*c) fresh_plain(c);
+    return (*c)->num;
+}
 
 // *q = the plain number v in the live view; digits for |v| >= 2^28 are two. *q replaced.
 void plain_set(std::int32_t v, quolynode **q);

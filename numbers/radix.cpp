@@ -6,7 +6,7 @@
 // power; above, the lower part has 130 * 2^j digits, and each power is the square of the one before.
 #include "numbers/radix.h"
 
-#include "numbers/radix_mul.h"
+#include "numbers/limb_mul.h"
 
 namespace kelmar {
 
@@ -101,7 +101,7 @@ void base_10_fast_mult(const number *a, const number *b, number *c)
     if (a->size < b->size) return base_10_fast_mult(b, a, c);
     const bool minus = (a->head->digit < 0) != (b->head->digit < 0);
     const std::int32_t na = pairs_of(a->size), nb = pairs_of(b->size);
-    limb *const x = scratch_limbs(2 * (static_cast<std::int64_t>(na) + nb) + decimal_scratch(nb));
+    limb *const x = scratch_limbs(2 * (static_cast<std::int64_t>(na) + nb) + product_scratch(nb));
     limb *const y = x + na;
     limb *const r = y + nb;
     gather_decimal(a, x);
@@ -211,7 +211,7 @@ static std::int32_t convert(conversion *c, std::int32_t size, limb *out, limb *w
     }
     const std::int32_t nl = convert(c, low, part, rest);
     for (; n < nl; ++n) out[n] = 0;
-    add_decimal(out, n, part, nl);
+    add_limbs<decimal_limbs>(out, n, part, nl);
     while (n > 0 && out[n - 1] == 0) --n;
     return n;
 }

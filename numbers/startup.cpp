@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include "numbers/convert.h"
+#include "numbers/decimal.h"
 #include "numbers/fields.h"
 #include "numbers/radix.h"
 #include "numbers/random.h"
@@ -352,6 +353,8 @@ void initialize(const char *directory)
     std::memcpy(global_list, small_prime + 7, sizeof global_list);
     account_words(global_list_count, 2);
     set_all_views(1, &rand_denom_n);
+    calc_disp();
+    account_numbers(&disp_cons, 1);
     prime_numhead();
 }
 

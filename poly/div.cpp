@@ -12,6 +12,7 @@
 #include "poly/div_pseudo.h"
 #include "poly/div_steps.h"
 #include "poly/div_words.h"
+#include "poly/laurent.h"
 #include "poly/mul_work.h"
 #include "session/report.h"
 
@@ -131,18 +132,11 @@ static bool high_degrees(const polynode *n, const polynode *m)
     return m->exp > poly_cutoff || (m->exp > 2 && n->exp / 20 > m->exp);
 }
 
-static bool negative_exponents(const polynode *p)
-{
-    for (; p; p = p->next) {
-        if (p->exp < 0 || (!p->isnum && negative_exponents(p->coef))) return true;
-    }
-    return false;
-}
-
 static bool fast_division_suits(const polynode *n, const polynode *m)
 {
     if (flotemode || !modularmode || !mod_is_prime || !number_lead(m) || !high_degrees(n, m)) return false;
-    return height_is_1(n) && height_is_1(m) && !(laurent && (negative_exponents(n) || negative_exponents(m)));
+    return height_is_1(n) && height_is_1(m) &&
+           !(laurent && (has_negative_exponents(n) || has_negative_exponents(m)));
 }
 
 void basic_poly_divide(polynode *n, polynode *m, polynode **q, polynode **r, int fast)
@@ -305,7 +299,7 @@ void poly_mod_or_div(polynode *n, polynode *m, polynode **r, char op, const pt *
         return;
     }
     polynode *result = nullptr;
-    if (laurent && (negative_exponents(n) || negative_exponents(m))) {
+    if (laurent && (has_negative_exponents(n) || has_negative_exponents(m))) {
         const char symbol[2] = {op, 0};
         error(err_laurent_division, symbol);
         result = copy_poly(n);

@@ -5,7 +5,12 @@
 // routine; it ends with "no" as soon as one of them does not divide. The lowest exponent of a quotient is the
 // difference of the lowest exponents, so where negative exponents are allowed the division goes on below zero
 // just so far.
+//
+// Doubles leave a rest of rounding errors where nothing should be left. What is below the noise of the
+// numbers that were met so far is dropped, at every level. The size of what a level works on is the least
+// that counts as met one level down: a coefficient may be noise as a whole.
 #include "poly/div_exact.h"
+#include <cmath>
 #include <cstdio>
 #include "numbers/dispatch.h"
 #include "poly/div_steps.h"
@@ -102,13 +107,56 @@ static bool is_exponent(std::int64_t e)
     return e >= INT32_MIN && e <= INT32_MAX;
 }
 
+// Rounding errors -----------------------------------------------------------------------------------------
+
+double largest_magnitude(const polynode *p)
+{
+    double most = 0;
+    for (; p; p = p->next) {
+        const double v = p->isnum ? std::fabs(p->num->real) : largest_magnitude(p->coef);
+        if (std::isnan(v)) return v;
+        if (v > most) most = v;
+    }
+    return most;
+}
+
+// The numbers met so far, by magnitude.
+struct met_size {
+    double most;  // 0 outside the float view, or a number that is not finite
+};
+
+static met_size met_with(const polynode *n, met_size outside)
+{
+    if (!flotemode) return {0};
+    const double own = largest_magnitude(n);
+    return {own <= outside.most ? outside.most : own};
+}
+
+// The product of the term and the divisor, whose numbers are up to `divisor`, was met.
+static void meet_product(const polynode *term, double divisor, met_size *met)
+{
+    const double product = largest_magnitude(term) * divisor;
+    if (product > met->most) met->most = product;
+}
+
+// Nothing in p, null for zero, is more than the rounding errors of the numbers that were met.
+static bool is_noise(const polynode *p, met_size met)
+{
+    return flotemode && std::isfinite(met.most) && largest_magnitude(p) <= float_noise * met.most;
+}
+
+// Quotients -------------------------------------------------------------------------------------------------
+
+static polynode *quotient_within(polynode *n, polynode *m, const pt *var, met_size met);
+
 // Replace *coef by its quotient by the leading coefficient of m. Declines (0): *coef is null.
-static int divide_lead(polynode **coef, const polynode *m, const number_divisor *d, const pt *var)
+static int divide_lead(polynode **coef, const polynode *m, const number_divisor *d, const pt *var,
+                       met_size met)
 {
     polynode *dividend = *coef;
     *coef = nullptr;
     if (!d->c) {
-        *coef = exact_quotient_of(dividend, m->coef, inner(var));
+        *coef = quotient_within(dividend, m->coef, inner(var), met);
     } else if (divide_in_place(&dividend, d, 0)) {
         if (!dividend) poly_set(0, &dividend);  // a double that underflows
         *coef = dividend;
@@ -127,8 +175,9 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
 }
 
 // Return n / m for lists that both have the outer variable, or m has it; n consumed.
-[[gnu::noinline]] static polynode *divide_lists(polynode *n, polynode *m, const pt *var)
+[[gnu::noinline]] static polynode *divide_lists(polynode *n, polynode *m, const pt *var, met_size met)
 {
+    const double divisor = flotemode ? largest_magnitude(m) : 0;
     const exp_range range = quotient_range(n, m);
     const bool one_level = height_is_1(n) && height_is_1(m);
     product_work *work = open_work(__builtin_frame_address(0));
@@ -140,16 +189,20 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
     while (exact && *rest) {
         const std::int64_t e = std::int64_t{(*rest)->exp} - m->exp;
         exact = e >= range.last && is_exponent(e);
-        if (!exact) break;
+        if (!exact) {
+            exact = is_noise(*rest, met);
+            break;
+        }
         poll_interrupt();
         *coef = take_lead(rest);
-        exact = divide_lead(coef, m, &d, var);
+        exact = divide_lead(coef, m, &d, var, met);
         if (!exact || poly_iszero(*coef)) {
             free_poly(coef);
             continue;
         }
         make_monomial(end, static_cast<std::int32_t>(e), *coef);
         *coef = nullptr;
+        if (flotemode) meet_product(*end, divisor, &met);
         take_off(rest, *end, m->next, one_level, var);
         end = &(*end)->next;
     }
@@ -161,7 +214,7 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
 }
 
 // Return the list n with each coefficient divided by c, which is one level down; n consumed. Or null.
-[[gnu::noinline]] static polynode *divide_coefs(polynode *n, polynode *c, const pt *var)
+[[gnu::noinline]] static polynode *divide_coefs(polynode *n, polynode *c, const pt *var, met_size met)
 {
     product_work *work = open_work(__builtin_frame_address(0));
     polynode **const rest = &work->parts[0], **const q = &work->parts[1];
@@ -170,40 +223,60 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
     bool exact = true;
     while (*rest && exact) {
         const std::int32_t exp = (*rest)->exp;
-        polynode *coef = exact_quotient_of(take_lead(rest), c, inner(var));
+        polynode *coef = quotient_within(take_lead(rest), c, inner(var), met);
         exact = coef != nullptr;
         if (!exact) break;
+        if (poly_iszero(coef)) {
+            free_poly(&coef);
+            continue;
+        }
         make_monomial(end, exp, coef);
         end = &(*end)->next;
     }
     polynode *quotient = exact ? *q : nullptr;
     if (exact) *q = nullptr;
     close_work(work);
+    if (exact && !quotient) poly_set(0, &quotient);
     return quotient;
 }
 
-polynode *exact_quotient_of(polynode *n, polynode *m, const pt *var)
+// Return n / m, n consumed, null when m does not divide.
+static polynode *quotient_of(polynode *n, polynode *m, const pt *var, met_size met)
 {
-    check_stack();
-    if (is_constant(m)) return exact_number_quotient(n, m->num);
-    if (poly_iszero(n)) return n;
     polynode *quotient = nullptr;
     if (is_wrapper(m)) {
         if (is_wrapper(n) || is_constant(n)) {
-            quotient = exact_quotient_of(is_constant(n) ? n : take_lead(&n), m->coef, inner(var));
+            quotient = quotient_within(is_constant(n) ? n : take_lead(&n), m->coef, inner(var), met);
             if (quotient) add_pad(&quotient, 1);
             return quotient;
         }
-        return divide_coefs(n, m->coef, var);
+        return divide_coefs(n, m->coef, var, met);
     }
     if (!laurent && n->exp < m->exp) {
         free_poly(&n);
         return nullptr;
     }
     const int words = divide_words_exactly(n, m, &quotient);
-    if (words == words_not_suited) return divide_lists(n, m, var);
+    if (words == words_not_suited) return divide_lists(n, m, var, met);
     free_poly(&n);
     return quotient;
+}
+
+// quotient_of for any divisor. n stands among numbers of the size that was met.
+static polynode *quotient_within(polynode *n, polynode *m, const pt *var, met_size met)
+{
+    check_stack();
+    if (is_constant(m)) return exact_number_quotient(n, m->num);
+    if (poly_iszero(n)) return n;
+    const bool noise = is_noise(n, met);
+    polynode *quotient = quotient_of(n, m, var, met_with(n, met));
+    if (!quotient && noise) poly_set(0, &quotient);
+    return quotient;
+}
+
+polynode *exact_quotient_of(polynode *n, polynode *m, const pt *var)
+{
+    return quotient_within(n, m, var, {0});
 }
 
 // The leading numbers divide, which is what most often says no, and the degrees fit.

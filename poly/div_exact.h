@@ -8,6 +8,13 @@
 
 namespace kelmar {
 
+// The largest share of rounding errors in a number: what is smaller than this times the numbers that it was
+// made of is 0.
+inline constexpr double float_noise = 1.0 / (std::int64_t{1} << 36);
+
+// Return the largest magnitude of the doubles of p, not a number when one is none; null: 0. p spared.
+double largest_magnitude(const polynode *p);
+
 // *q = n with each coefficient divided by the number of the constant c, as quot does it: whole numbers are
 // truncated. n, c restored; *q replaced, may be n. What vanishes is dropped. Errors: 22, 85; then *q = n.
 // Faults: c is no number, then *q = n; a long integer vanishes, after a line with `code`, less 1001 for each
@@ -26,7 +33,9 @@ void trial_poly_quot(polynode *n, polynode *c, polynode **q, int *ok);
 
 // Return n / m as a fresh polynomial, or null when m, which is not zero, does not divide n. n, m restored.
 // The numbers tell what divides: every double does, residues that have an inverse, whole numbers that leave
-// no rest.
+// no rest. With doubles a rest of rounding errors is nothing, at every level: numbers up to float_noise times
+// the largest of n and of all products that were taken off. Numbers that are not finite are no rounding
+// errors.
 // Polls: between steps. Cost: the terms of n / m times those of m.
 polynode *exact_quotient(polynode *n, polynode *m, const pt *var);
 

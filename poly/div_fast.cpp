@@ -14,6 +14,7 @@
 #include "poly/div_exact.h"
 #include "poly/div_steps.h"
 #include "poly/measure.h"
+#include "poly/mul_work.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -114,19 +115,6 @@ static void set_wide_point(std::int32_t depth, std::int32_t i, test_point *at)
 
 // The polynomial test ------------------------------------------------------------------------------------
 
-static double largest_magnitude(const polynode *p)
-{
-    double most = 0;
-    for (; p; p = p->next) {
-        const double v = __builtin_fabs(p->isnum ? p->num->real : p->coef->num->real);
-        if (v > most) most = v;
-    }
-    return most;
-}
-
-static constexpr double noise = 1.0 /
-                                (std::int64_t{1} << 36);  // of rounding errors, by the size of the operands
-
 // Does m divide n but for rounding errors; doubles, one level. A divisor whose lead is not its largest number
 // blows errors up from step to step: a remainder that this may explain says nothing.
 static test_verdict divides_within_noise(polynode *n, polynode *m)
@@ -134,7 +122,7 @@ static test_verdict divides_within_noise(polynode *n, polynode *m)
     polynode *q = nullptr, *r = nullptr;
     school_poly_divide(n, m, &q, &r, nilpol);
     const double rest = largest_magnitude(r), divisor = largest_magnitude(m);
-    double bound = noise * (largest_magnitude(n) + largest_magnitude(q) * divisor);
+    double bound = float_noise * (largest_magnitude(n) + largest_magnitude(q) * divisor);
     free_poly(&q);
     free_poly(&r);
     if (rest <= bound) return test_yes;
@@ -174,13 +162,14 @@ void set_test_pair(polynode *n, polynode *m, test_pair *pair)
              nullptr};
 }
 
-// A list of one level stands for its image.
-static polynode *image_or_self(polynode *p, const test_point *at)
+// A list of one level stands for its image. *room holds one that is made.
+static polynode *image_or_self(polynode *p, const test_point *at, polynode **room)
 {
-    return height_is_1(p) ? p : image_of(p, at);
+    if (height_is_1(p)) return p;
+    return *room = image_of(p, at);
 }
 
-test_verdict fast_test(test_pair *pair, std::int32_t i, int wide)
+[[gnu::noinline]] test_verdict fast_test(test_pair *pair, std::int32_t i, int wide)
 {
     if (laurent) return not_performed;  // values of negative powers are no whole numbers
     test_point at = {};
@@ -190,14 +179,14 @@ test_verdict fast_test(test_pair *pair, std::int32_t i, int wide)
         set_narrow_point(pair->depth, i, &at);
     }
     test_verdict verdict = not_performed;
-    pair->mdup = image_or_self(pair->m, &at);
+    product_work *work = open_work(__builtin_frame_address(0));
+    pair->mdup = image_or_self(pair->m, &at, &work->parts[0]);
     if (pair->mdup->exp == pair->m->exp) {
-        pair->ndup = image_or_self(pair->n, &at);
+        pair->ndup = image_or_self(pair->n, &at, &work->parts[1]);
         if (pair->ndup->exp == pair->n->exp) verdict = image_divides(pair->ndup, pair->mdup);
-        if (pair->ndup != pair->n) free_poly(&pair->ndup);
     }
-    if (pair->mdup != pair->m) free_poly(&pair->mdup);
     pair->mdup = pair->ndup = nullptr;
+    close_work(work);
     return verdict;
 }
 
@@ -321,7 +310,7 @@ static bool degrees_say_no(const polynode *n, const polynode *m)
 {
     if (laurent || poly_iszero(n)) return false;
     if (n->exp < m->exp) return true;
-    if (m->next) return false;
+    if (m->next || flotemode) return false;  // a term too low may be a rounding error
     while (n->next) n = n->next;
     return n->exp < m->exp;  // a single term divides all of n or nothing
 }
@@ -333,11 +322,14 @@ static int try_division(polynode *n, polynode *m, polynode **q, const pt *var,
     *q = nullptr;
     if (degrees_say_no(n, m)) return 0;
     const bool quick = tests && !is_constant(n) && !is_wrapper(m) && !is_wrapper(n);
+    const bool told = verbose && windy;
+    const std::int32_t length = told ? poly_length(n) : 0;
+    if (told) dumpitt("trial divide, counting to ", length, 0, 1, 0);
     const test_verdict verdict = quick ? tests(n, m) : not_performed;
-    if (verdict == test_no) return 0;
-    if (verdict == test_yes && no_q) return 1;
-    *q = exact_quotient(n, m, var);
-    return *q != nullptr;
+    const bool sure = verdict == test_no || (verdict == test_yes && no_q);
+    if (!sure) *q = exact_quotient(n, m, var);
+    if (told) decr_dumpitt(length);
+    return sure ? verdict == test_yes : *q != nullptr;
 }
 
 // try_division below the wrappers that both have, which go back on the quotient.
@@ -355,23 +347,38 @@ static int try_below_wrappers(polynode *n, polynode *m, polynode **q, const pt *
     return divides;
 }
 
-int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast, int no_q, int free_n)
+[[gnu::noinline]] int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast,
+                                        int no_q, int free_n)
 {
+    product_work *work = open_work(__builtin_frame_address(0));
+    if (free_n) work->parts[0] = n;
     *q = nullptr;
     const int divides = can_try(m, var) ? try_below_wrappers(n, m, q, var, fast ? run_tests : nullptr, no_q)
                                         : 0;
-    if (free_n) free_poly(&n);
+    close_work(work);
     return divides;
 }
 
-int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q, int free_n)
+// m involves variables of the ground field alone: no variable of a relation comes before them.
+static bool lies_in_field(const polynode *m, const pt *var)
 {
+    return field_depth > 0 && poly_depth(m) + var->level > field_depth;
+}
+
+[[gnu::noinline]] int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q,
+                                            int free_n)
+{
+    product_work *work = open_work(__builtin_frame_address(0));
+    if (free_n) work->parts[0] = n;
     polynode *q = nullptr;
-    const int divides = can_try(m, var)
-                            ? try_below_wrappers(n, m, &q, var, fast ? run_all_tests : nullptr, no_q)
-                            : 0;
+    int divides = 0;
+    if (can_try(m, var)) {
+        divides = lintmode && lies_in_field(m, var)
+                      ? 1
+                      : try_below_wrappers(n, m, &q, var, fast ? run_all_tests : nullptr, no_q);
+    }
     free_poly(&q);
-    if (free_n) free_poly(&n);
+    close_work(work);
     return divides;
 }
 

@@ -21,7 +21,8 @@ inline std::int32_t rat_yes = 1;
 // Faults: var is null; m is a number. Polls: between steps.
 int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast, int no_q, int free_n);
 
-// The same for the answer alone; its tests look at numbers too.
+// The same for the answer alone; its tests look at numbers too. Over words a divisor in the ground field
+// divides.
 int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q, int free_n);
 
 // The question modulo two primes. *decided = 0: that way is not open, and *result is not set.

@@ -16,6 +16,12 @@ inline int bits_of(std::uint64_t v)
     return v == 0 ? 0 : 64 - __builtin_clzll(v);
 }
 
+// A sum is zero in its final form.
+template <class S> inline bool is_zero_sum(const S &s)
+{
+    return s == S{0};
+}
+
 // Doubles -------------------------------------------------------------------------------------------------
 
 struct real_ring {

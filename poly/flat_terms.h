@@ -50,10 +50,11 @@ template <class R> int reserve_sums(product_work *work, flat_sums<R> *out, std::
 }
 
 // Append a sum that is complete, unless it is zero. There is room.
-template <class R> inline void append_sum(R ring, std::uint64_t key, typename R::sum raw, flat_sums<R> *out)
+template <class R>
+inline void append_sum(R ring, std::uint64_t key, const typename R::sum &raw, flat_sums<R> *out)
 {
     const typename R::sum s = settled(ring, raw);
-    if (s == 0) return;
+    if (is_zero_sum(s)) return;
     out->key[out->count] = key;
     out->sum[out->count++] = s;
 }
@@ -103,10 +104,15 @@ template <class R> struct flat_reader {
     std::int64_t at;  // the next term
 };
 
-inline constexpr std::int64_t build_poll_mask = (1 << 14) - 1;  // a poll for so many terms made, and one
+// A poll for so many terms made, and one.
+#ifdef KELMAR_STORM
+inline constexpr std::int64_t build_poll_mask = (1 << 3) - 1;
+#else
+inline constexpr std::int64_t build_poll_mask = (1 << 14) - 1;
+#endif
 
 // Return a fresh number with the value of the sum.
-template <class R> number *number_of_sum(R ring, typename R::sum s)
+template <class R> number *number_of_sum(R ring, const typename R::sum &s)
 {
     number *n = nullptr;
     newimag(&n);

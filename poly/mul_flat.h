@@ -24,4 +24,9 @@ inline std::int64_t transform_cut = 200;
 int flat_poly_mult(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb,
                    polynode **c);
 
+// The same for coefficients up to long_coef_limit digits, whatever their sums need. packing: of the pair.
+inline constexpr std::int32_t long_coef_limit = 45;  // digits: 20 words of 64 bits
+int flat_long_product(const polynode *a, const polynode *b, const flat_shape *sa, const flat_shape *sb,
+                      const flat_packing *packing, polynode **c);
+
 }  // namespace kelmar

@@ -6,6 +6,7 @@
 #include "numbers/dispatch.h"
 #include "numbers/long_power.h"
 #include "poly/flat.h"
+#include "poly/mul_work.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -28,27 +29,36 @@ static void constant_power(polynode *p, std::int32_t e)
     number_power(p->num, e);
 }
 
-static void power_of_products(polynode **p, std::int32_t e, const pt *var)
+// *p = the power, which the newest work record holds. The record is given back.
+static void take_power(product_work *work, polynode **p)
 {
-    polynode *power = nullptr;
-    poly_assign(*p, &power);
-    for (; e > 1; --e) poly_mult(power, *p, &power, var);
     free_poly(p);
-    *p = power;
+    *p = work->parts[0];
+    work->parts[0] = nullptr;
+    close_work(work);
 }
 
-static void power_of_squares(polynode **p, std::int32_t e, const pt *var)
+[[gnu::noinline]] static void power_of_products(polynode **p, std::int32_t e, const pt *var)
 {
-    polynode *power = nullptr;
-    poly_assign(*p, &power);
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const power = &work->parts[0];
+    poly_assign(*p, power);
+    for (; e > 1; --e) poly_mult(*power, *p, power, var);
+    take_power(work, p);
+}
+
+[[gnu::noinline]] static void power_of_squares(polynode **p, std::int32_t e, const pt *var)
+{
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const power = &work->parts[0];
+    poly_assign(*p, power);
     std::int32_t bit = 1;
     while (bit <= e / 2) bit *= 2;
     for (bit /= 2; bit > 0; bit /= 2) {
-        poly_mult(power, power, &power, var);
-        if (e & bit) poly_mult(power, *p, &power, var);
+        poly_mult(*power, *power, power, var);
+        if (e & bit) poly_mult(*power, *p, power, var);
     }
-    free_poly(p);
-    *p = power;
+    take_power(work, p);
 }
 
 // Multiply all exponents of p by q, for which there is room.
@@ -76,29 +86,55 @@ int poly_to_prime(polynode *p, std::int32_t q)
     return 1;
 }
 
-void poly_mod_prime(polynode **p, std::int32_t e, const pt *var)
+// *p = *p reduced by the relations of var and of all variables further in.
+static void reduce_by_relations(polynode **p, const pt *var)
+{
+    if (!var || is_constant(*p)) return;
+    for (polynode **at = p; *at;) {
+        polynode *term = *at;
+        if (!term->isnum) reduce_by_relations(&term->coef, var->next);
+        if (!term->isnum && poly_iszero(term->coef)) {
+            *at = term->next;
+            free_poly(&term->coef);
+            give_node(term);
+        } else {
+            at = &term->next;
+        }
+    }
+    if (!*p) poly_set(0, p);
+    if (var->relation) fold_poly(p, var);
+}
+
+[[gnu::noinline]] void poly_mod_prime(polynode **p, std::int32_t e, const pt *var)
 {
     const std::int32_t q = modulus;
-    polynode *power = nullptr, *digit_power = nullptr;
-    poly_set(1, &power);
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const power = &work->parts[0], **const base = &work->parts[1], **const digit = &work->parts[2];
+    poly_set(1, power);
+    poly_assign(*p, base);
     for (;; e /= q) {
         if (e % q > 0) {
-            poly_assign(*p, &digit_power);
-            compute_power(&digit_power, e % q, var);
-            poly_mult(power, digit_power, &power, var);
+            poly_assign(*base, digit);
+            compute_power(digit, e % q, var);
+            poly_mult(*power, *digit, power, var);
         }
         if (e < q) break;
-        if (poly_to_prime(*p, q)) continue;
-        poly_set(0, &power);
-        break;
+        if (!poly_to_prime(*base, q)) {
+            poly_set(0, power);
+            break;
+        }
+        if (relation_from(var)) reduce_by_relations(base, var);
     }
-    free_poly(&digit_power);
-    free_poly(p);
-    *p = power;
+    take_power(work, p);
 }
 
 void compute_power(polynode **p, std::int32_t e, const pt *var)
 {
+    if (e < 0) {
+        kelmar_error("negative exponent", 1);
+        poly_set(1, p);
+        return;
+    }
     if (e == 0) return poly_set(1, p);
     if (is_constant(*p)) return constant_power(*p, e);
     if (!flotemode && modularmode && mod_is_prime && e >= modulus && (!pseudo_polynames || modulus < 10)) {

@@ -46,4 +46,48 @@ void scalar_by_poly(const number *n, const polynode *p, polynode **c)
     if (!*c) poly_set(0, c);
 }
 
+// Residues ------------------------------------------------------------------------------------------------
+
+// Give back the node at *place and its number.
+static void drop_number(polynode **place)
+{
+    polynode *t = *place;
+    *place = t->next;
+    free_imag(&t->num);
+    give_node(t);
+}
+
+// The list below *p with its words in range; null when nothing is left.
+static void reduce_list(polynode **p)
+{
+    polynode **place = p;
+    while (polynode *t = *place) {
+        if (t->isnum) {
+            t->num->word %= modulus;
+            if (t->num->word < 0) t->num->word += modulus;
+            if (t->num->word == 0) {
+                drop_number(place);
+                continue;
+            }
+        } else {
+            reduce_list(&t->coef);
+            const bool number_left = t->coef && t->exp == 0 && is_constant(t->coef);
+            if (!t->coef || number_left) {
+                *place = number_left ? t->coef : t->next;
+                if (number_left) t->coef->next = t->next;
+                give_node(t);
+                if (!number_left) continue;
+            }
+        }
+        place = &(*place)->next;
+    }
+}
+
+void standard_form(polynode **p)
+{
+    if (live_view() != view_modular) return;
+    reduce_list(p);
+    if (!*p) poly_set(0, p);
+}
+
 }  // namespace kelmar

@@ -10,4 +10,8 @@ namespace kelmar {
 // no.
 void scalar_by_poly(const number *n, const polynode *p, polynode **c);
 
+// *p = *p with every word brought into 0 .. modulus - 1, in place. What vanishes is dropped; the result is
+// normal. Modes: modular; in the others nothing is done. Polls: no.
+void standard_form(polynode **p);
+
 }  // namespace kelmar

@@ -8,17 +8,10 @@
 #include "poly/transform.h"
 #include <cstddef>
 #include <cstdlib>
+#include "poly/transform_mod.h"
 #include "session/report.h"
 
 namespace kelmar {
-
-using u64 = std::uint64_t;
-using u128 = unsigned __int128;
-
-// A constant factor modulo a prime, and its quotient.
-struct factor {
-    u64 value, quotient;
-};
 
 struct root_table {
     u64 generator;     // of the roots of order 2^32
@@ -28,45 +21,13 @@ struct root_table {
 };
 
 // default empty; the roots of each prime, kept; get_roots; reset: never
-static root_table tables[transform_primes] = {{69433692538710738, -1, nullptr, nullptr},
-                                              {3385523647569167919, -1, nullptr, nullptr}};
-
-// Arithmetic ------------------------------------------------------------------------------------------------
-
-static u64 high_half(u64 a, u64 b)
-{
-    return static_cast<u64>(static_cast<u128>(a) * b >> 64);
-}
-
-static u64 times(u64 a, u64 b, u64 p)
-{
-    return static_cast<u64>(static_cast<u128>(a) * b % p);
-}
-
-static u64 power(u64 a, u64 e, u64 p)
-{
-    u64 r = 1;
-    for (; e > 0; e >>= 1, a = times(a, a, p)) {
-        if (e & 1) r = times(r, a, p);
-    }
-    return r;
-}
-
-static factor factor_of(u64 w, u64 p)
-{
-    return {w, static_cast<u64>((static_cast<u128>(w) << 64) / p)};
-}
-
-// Return x w modulo p, below 2p, for any x.
-static inline u64 lazy_times(u64 x, factor w, u64 p)
-{
-    return x * w.value - high_half(x, w.quotient) * p;
-}
-
-static inline u64 below_twice(u64 x, u64 p)
-{
-    return x >= 2 * p ? x - 2 * p : x;
-}
+static root_table tables[transform_primes] = {
+    {69433692538710738, -1, nullptr, nullptr},   {3385523647569167919, -1, nullptr, nullptr},
+    {3318345213167893729, -1, nullptr, nullptr}, {1987246491706964068, -1, nullptr, nullptr},
+    {822924968455585315, -1, nullptr, nullptr},  {2469127682168071965, -1, nullptr, nullptr},
+    {1285830752081625251, -1, nullptr, nullptr}, {183752203409188909, -1, nullptr, nullptr},
+    {1921765219434798347, -1, nullptr, nullptr}, {1227545647024351629, -1, nullptr, nullptr},
+    {1419625767280555753, -1, nullptr, nullptr}, {2333496873055744784, -1, nullptr, nullptr}};
 
 // Roots -----------------------------------------------------------------------------------------------------
 

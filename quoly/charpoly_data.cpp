@@ -4,10 +4,10 @@
 // rows; rows 12 .. 37 whole. The order is walked by one cursor, and whatever is read is put in its place, so
 // an entry that is asked for brings those before it. A file that breaks off leaves places empty.
 #include "quoly/charpoly_data.h"
-#include "numbers/convert.h"
 #include "numbers/dispatch.h"
 #include "numbers/startup.h"
 #include "quoly/quoly.h"
+#include "quoly/ring_change.h"
 #include "storage/accounting.h"
 
 namespace kelmar {
@@ -19,27 +19,17 @@ static constexpr std::int32_t handle_size = 4;  // nominal bytes of a place of t
 // default 0; entries of the file that are read; load_char_data, get_char_poly; reset: never
 static std::int32_t entries_read = 0;
 
-// Doubles ------------------------------------------------------------------------------------------------
+// The values 1 to 998 -------------------------------------------------------------------------------------
 
-void poly_change_to_flote(polynode *p)
+void Set_prods_for_char()
 {
-    for (; p; p = p->next) {
-        if (p->isnum) {
-            change_flote(p->num);
-        } else {
-            poly_change_to_flote(p->coef);
-        }
+    for (std::int32_t i = 1; i < denom_count; ++i) {
+        quoly_set(i, &denom[i]);
+        denom[i]->num->word = i;
+        quoly_put_flote(denom[i]);
     }
-}
-
-void quoly_put_flote(quolynode *q)
-{
-    if (q->is_num) {
-        change_flote(q->num);
-        return;
-    }
-    poly_change_to_flote(q->top);
-    poly_change_to_flote(q->den);
+    size_data_strucs += (denom_count - 1) * (quolysize + numbersize + numnodesize);
+    need_to_set_char_poly = 1;
 }
 
 // Entries ------------------------------------------------------------------------------------------------

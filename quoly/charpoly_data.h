@@ -15,11 +15,20 @@ inline constexpr std::int32_t pol_side = 38;  // rows of the table, and room in 
 // default null; entry k of row r at pol_side * r + k, null until it is read; its reader; reset: never
 inline quolynode *pol[pol_side * pol_side];
 
-// Forms --------------------------------------------------------------------------------------------------
+// The values 1 to 998 -------------------------------------------------------------------------------------
 
-// Fill the double of each number, beside its digits. In the digit view.
-void poly_change_to_flote(polynode *p);
-void quoly_put_flote(quolynode *q);
+inline constexpr std::int32_t denom_count = 999;
+inline quolynode
+    *denom[denom_count];  // by value; digits, words and doubles are filled, so they hold in any mode
+
+// default 998; how many of them characteristic polynomials may divide by: the modulus when that is less;
+// the mode changes
+inline std::int32_t limit_char_arrays = denom_count - 1;
+// default 1; stored data of characteristic polynomials wait to be made; Set_prods_for_char; reset: never
+inline std::int32_t need_to_set_char_poly = 1;
+
+// Fill denom, in the digit view. Called once a session.
+void Set_prods_for_char();
 
 // Reading ------------------------------------------------------------------------------------------------
 

@@ -2,6 +2,7 @@
 #include "quoly/display.h"
 #include "numbers/decimal.h"
 #include "numbers/dispatch.h"
+#include "numbers/long_div.h"
 #include "poly/display.h"
 
 namespace kelmar {
@@ -29,6 +30,38 @@ static void write_part(text_place *t, const polynode *p, bool bracketed)
     t->col += uglyprint ? 1 : 2;
 }
 
+// The whole part and the decimals of a fraction of long integers, cut off.
+static void write_decimals(std::FILE *out, const quolynode *q, std::int32_t *col)
+{
+    number whole, rest, decimals;
+    whole.size = rest.size = decimals.size = 0;
+    calc_disp();
+    divide(q->top->num, q->den->num, &whole, &rest);
+    std::fputs(";  or  ", out);
+    *col += 7;
+    if (iszero(&whole) && num_isneg(q->top->num) != num_isneg(q->den->num)) {
+        std::putc('-', out);
+        ++*col;
+    }
+    showint(out, &whole, 1, 0, 0, 0, 0, 1, col);
+    std::putc('.', out);
+    ++*col;
+    num_mul(&rest, &disp_cons, &decimals);
+    divide(&decimals, q->den->num, &decimals, &rest);
+    num_abs(&decimals);
+    showint(out, &decimals, 0, 1, 0, 1, 0, 1, col);
+    special_free(&whole);
+    special_free(&rest);
+    special_free(&decimals);
+}
+
+// The value is a fraction that is followed by its decimals.
+static bool has_decimals(const value_form *form, const quolynode *q)
+{
+    return form->wrap && form->final && disp_size >= 1 && exact_integers() && !integerflag && q->den &&
+           is_constant(q->top) && is_constant(q->den);
+}
+
 static void write_polynomials(std::FILE *out, const value_form *form, const quolynode *q, std::int32_t *col)
 {
     text_place t;
@@ -45,6 +78,7 @@ static void write_polynomials(std::FILE *out, const value_form *form, const quol
         write_part(&t, q->den, !poly_small(q->den));
     }
     *col = t.col;
+    if (!t.cut && has_decimals(form, q)) write_decimals(out, q, col);
 }
 
 // Values -------------------------------------------------------------------------------------------------

@@ -5,7 +5,7 @@
 #include "quoly/quoly.h"
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
-#include "poly/derivative.h"
+#include "quoly/rational.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -142,6 +142,8 @@ void quoly_abs(quolynode **q)
 {
     if ((*q)->is_num) {
         num_abs((*q)->num);
+    } else if (is_rational(*q)) {
+        if (neg_leading_term((*q)->top)) in_place_neg((*q)->top->num);
     } else {
         error(err_not_a_number, "|");
     }
@@ -151,21 +153,11 @@ void quoly_great_int(quolynode **q)
 {
     if ((*q)->is_num) {
         num_floor((*q)->num);
+    } else if (is_rational(*q)) {
+        rat_floor(q);
     } else {
         error(err_not_a_number, "$");
     }
-}
-
-// Derivatives --------------------------------------------------------------------------------------------
-
-void quoly_differen_once(quolynode **q)
-{
-    if ((*q)->is_num) {
-        quoly_set(0, q);
-        return;
-    }
-    poly_diff(&(*q)->top, 1);
-    polynum_to_quoly(q);
 }
 
 }  // namespace kelmar

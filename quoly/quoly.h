@@ -1,9 +1,9 @@
 #pragma once
-// quoly/quoly.h -- the scalar value of the language: a plain number, or a polynomial.
+// quoly/quoly.h -- the scalar value of the language: a plain number, a polynomial, or a quotient of two.
 //
 // Every operation on values is here, in quoly/add.h, quoly/mul.h and quoly/divide.h. A result handle's old
-// value is freed; *c may be null, and may be an operand. A result that is a constant is a plain number, so
-// zero is always the plain number 0.
+// value is freed; *c may be null, and may be an operand. Every result is in the form of quoly/normal_form.h:
+// a constant is a plain number, so zero is always the plain number 0.
 
 #include "numbers/plain_quoly.h"
 #include "poly/node.h"
@@ -74,8 +74,5 @@ void quoly_great_int(quolynode **q);
 
 // *q = |q| in the live view. Errors: 227 for a polynomial; then *q stays.
 void quoly_abs(quolynode **q);
-
-// *q = the derivative of *q in the first variable.
-void quoly_differen_once(quolynode **q);
 
 }  // namespace kelmar

@@ -3,8 +3,10 @@
 // The computed value moves into the target's slot; nothing is copied but, at the terminal,
 // what is to be shown.
 #include "session/assign.h"
+#include "matrix/pins.h"
 #include "numbers/dispatch.h"
 #include "quoly/add.h"
+#include "session/arr_access.h"
 #include "session/expr.h"
 #include "session/factor.h"
 #include "session/owned.h"
@@ -17,18 +19,21 @@ static void store(input_stream **stream, operand *v, name_node **cursor)
 {
     quolynode **target = v->p;
     quolynode *value = nullptr;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     own(&value);
     borrow();
     old_expre(stream, &value, cursor);
-    free_quoly(target);
-    *target = value;
-    value = nullptr;
-    disown();
     if (*cursor) {
         quoly_set(0, &v->n);
     } else {
-        quoly_assign(*target, &v->n);
+        quoly_assign(value, &v->n);
+    }
+    disown();
+    if (v->at.array_time) {
+        store_entry(v, &value);
+    } else {
+        retire_value(target);
+        *target = value;
     }
     v->p = &v->n;
     give_back();
@@ -57,11 +62,15 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
     const bool minus = token.text[0] == '-';
     quolynode **target = v->p;
     quolynode *amount = nullptr;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     own(&amount);
     borrow();
     read_amount(stream, &amount, cursor);
     if (minus) quoly_inplace(&amount);
+    if (v->at.array_time && v->at.moves != array_moves) refresh_entry(v);
+    quolynode **const place = v->p;
+    if (v->at.array_time) make_private(v);  // an entry is stored again as a whole
+    if (v->n) target = &v->n;
     if (!(*target)->is_num && (*target)->den) {
         error(err_has_denominator, token.text);
     } else {
@@ -70,6 +79,13 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
             quoly_sub(*target, amount, target);
             error(err_increment_too_big, token.text);
         }
+    }
+    if (v->at.array_time) {
+        quolynode *copy = nullptr;
+        quoly_assign(v->n, &copy);
+        v->p = place;
+        store_entry(v, &copy);
+        v->p = &v->n;
     }
     give_back();
     disown();
@@ -80,14 +96,14 @@ void assign(input_stream **stream, operand *v, name_node **cursor)
 {
     if (!*cursor && !tt_flag && line_is_over(*stream)) return;  // in a file ":" ends the statement
     borrow();
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     give_back();
     const char form = token.text[0];
     if (form == ';' && !*cursor) {
         set_token(&token, ":");
     } else if (form != '=' && form != '+' && form != '-') {
         error(err_bad_colon, token.text);
-    } else if (v->n || !v->p) {
+    } else if (v->n || (!v->p && !v->at.array_time)) {
         error(err_not_assignable, token.text);
     } else if (form == '=') {
         store(stream, v, cursor);

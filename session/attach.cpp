@@ -15,6 +15,7 @@
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/seams.h"
+#include "session/stored_values.h"
 
 namespace kelmar {
 
@@ -29,25 +30,6 @@ struct attach_request {
 };
 
 // Stored values ------------------------------------------------------------------------------------------
-
-// The slot was announced before the entry i as well: evaluators that call each other share one.
-static bool announced_before(int i)
-{
-    for (int k = 0; k < i; ++k) {
-        if (owned_slots[k] == owned_slots[i]) return true;
-    }
-    return false;
-}
-
-static void for_each_stored(void (*change)(quolynode **))
-{
-    for_each_scalar(change);
-    change(&prevnum);
-    for (int i = 0; i < owned_count; ++i) {
-        const quolynode *q = *owned_slots[i];
-        if (q && !q->is_num && !announced_before(i)) change(owned_slots[i]);
-    }
-}
 
 static void wrap_value(quolynode **slot)
 {

@@ -3,6 +3,7 @@
 // The integer evaluator reads stored lists only, so Int stores its bracket first when it is typed at the
 // terminal.
 #include "session/builtin_flow.h"
+#include "session/builtin_args.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/func_define.h"
@@ -20,22 +21,13 @@ void builtin_func_definition(input_stream **stream, quolynode **n, name_node **c
     funcdef(stream, cursor);
 }
 
-// Pass the `(` behind the name.
-static bool open_argument(input_stream **stream, name_node **cursor)
+// Scan `(` behind the name.
+static bool stop_at_open(input_stream **stream, name_node **cursor)
 {
     scanner(stream, &token, cursor);
     if (token.text[0] == '(') return true;
     error(err_need_open_paren, token.text);
     return false;
-}
-
-static void close_argument(input_stream **stream, name_node **cursor)
-{
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
 }
 
 // `(` is in hand, in a stored list.
@@ -50,7 +42,7 @@ static void read_integer(input_stream **stream, quolynode **n, name_node **curso
 void builtin_return(input_stream **stream, quolynode **n, name_node **cursor)
 {
     quoly_set(0, n);
-    if (!open_argument(stream, cursor)) return;
+    if (!stop_at_open(stream, cursor)) return;
     if (integerflag && *cursor) {
         read_integer(stream, n, cursor);
     } else {
@@ -68,7 +60,7 @@ void builtin_return(input_stream **stream, quolynode **n, name_node **cursor)
 void builtin_int(input_stream **stream, quolynode **n, name_node **cursor)
 {
     quoly_set(0, n);
-    if (!open_argument(stream, cursor)) return;
+    if (!stop_at_open(stream, cursor)) return;
     if (*cursor) {
         read_integer(stream, n, cursor);
         close_argument(stream, cursor);

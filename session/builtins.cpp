@@ -1,13 +1,12 @@
-// session/builtins.cpp -- built-in functions.
+// session/builtins.cpp -- built-in functions: look-up by name, dispatch by index.
 //
 // The table of names comes from the message file, in the order of the indices; the search runs
-// over a permutation of it that is sorted by name.
+// over a permutation of it that is sorted by name. Handlers come from the same rows in session/builtins.def.
 #include "session/builtins.h"
 #include <cstring>
+#include <iterator>
 #include "numbers/startup.h"
-#include "session/builtin_flow.h"
-#include "session/errors.h"
-#include "session/output.h"
+#include "session/builtin_handlers.h"
 
 namespace kelmar {
 
@@ -32,39 +31,35 @@ int find_built_in(const char *name)
 
 typedef void (*builtin_handler)(input_stream **stream, quolynode **n, name_node **cursor);
 
-struct builtin_case {
-    int index;
-    builtin_handler run;
+static const builtin_handler handlers[] = {
+#define KELMAR_BUILTIN(index, second, name, handler, ...) handler,
+#include "session/builtins.def"
+#undef KELMAR_BUILTIN
+};
+static_assert(std::size(handlers) == builtin_limit);
+
+static constexpr int places[] = {
+#define KELMAR_BUILTIN(index, ...) index,
+#include "session/builtins.def"
+#undef KELMAR_BUILTIN
 };
 
-// An index without a row is not implemented.
-static const builtin_case builtin_cases[] = {
-    {2, builtin_int},   {24, builtin_func_definition}, {25, builtin_func_definition}, {62, builtin_int},
-    {66, builtin_prod}, {74, builtin_return},          {82, builtin_sigma},
-};
-
-struct builtin_table {
-    builtin_handler run[builtin_limit];
-};
-
-static builtin_table make_builtin_table()
+static constexpr bool places_are_in_order()
 {
-    builtin_table t = {};
-    for (const builtin_case &row : builtin_cases) t.run[row.index] = row.run;
-    return t;
+    for (int k = 0; k < builtin_limit; ++k) {
+        if (places[k] != k) return false;
+    }
+    return true;
 }
-
-static const builtin_table by_index = make_builtin_table();
+static_assert(places_are_in_order());
 
 void builtin_func(input_stream **stream, quolynode **n, name_node **cursor, int index)
 {
-    if (by_index.run[index]) {
-        by_index.run[index](stream, n, cursor);
-        return;
+    if (index >= 0 && index < builtin_limit) {
+        handlers[index](stream, n, cursor);
+    } else {
+        builtin_none(stream, n, cursor);
     }
-    quoly_set(0, n);
-    std::fputs("not implemented\n", Output);
-    restart_session();
 }
 
 }  // namespace kelmar

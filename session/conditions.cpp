@@ -5,6 +5,7 @@
 #include "session/conditions.h"
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
+#include "quoly/rational.h"
 #include "session/expr.h"
 #include "session/func_run.h"
 #include "session/int_expr.h"
@@ -74,6 +75,9 @@ static int compare_values(const quolynode *a, const quolynode *b, char sign)
     if (a->is_num && b->is_num) return compare_numbers(a->num, b->num, sign);
     if (sign == '=') return quoly_equal(a, b);
     if (sign == not_equal) return !quoly_equal(a, b);
+    if ((a->is_num || is_rational(a)) && (b->is_num || is_rational(b))) {
+        return compare_words(compare_rats(a, b), 0, sign);
+    }
     error(err_not_comparable, token.text);
     return 0;
 }

@@ -5,7 +5,9 @@
 // downgraded error and from a pushed level; every caller says what value goes on then.
 #include "session/errors.h"
 #include "numbers/startup.h"
+#include "poly/ring_change.h"
 #include "session/evaluator.h"
+#include "session/files.h"
 #include "session/func_run.h"
 #include "session/levels.h"
 #include "session/output.h"
@@ -67,6 +69,17 @@ void warning(int n, const char *name)
     std::fputs("\n *** Warning.\n", Output);
     write_warning(n, name);
     std::fputc('\n', Output);
+}
+
+void tell(const char *text)
+{
+    std::fputs(text, Output);
+}
+
+void tell_error(int n)
+{
+    std::fprintf(Output, " *** Inappropriate symbol: %s\n", token.text);
+    out_err_mess(n);
 }
 
 void kelmar_error(const char *text, int stop)
@@ -135,26 +148,14 @@ static void report_failure(int status, const char *errname)
 
 // The place -----------------------------------------------------------------------------------------------
 
-static void write_file_line(input_stream *in)
-{
-    for (int length = 0; length < 255; ++length) {
-        const int c = get_char(in);
-        if (c == end_of_input) return;
-        std::fputc(c, Output);
-        if (c == '\n') return;
-    }
-}
-
 static void report_file()
 {
     if (tt_flag || !inpuf) return;
     std::fputs("*** Stopped right before this:\n", Output);
-    for (int line = 0; line < 3; ++line) write_file_line(inpuf);
+    show_file_place();
     if (!close_inpuf) return;
     std::fprintf(Output, "\n*** Closing file %s\n", input_file_name);
-    close_input(inpuf);
-    inpuf = nullptr;
-    input_file_name[0] = 0;
+    close_input_file();
 }
 
 static void report_ring()
@@ -180,15 +181,6 @@ static void report_place(int status, bool unwinding)
 }
 
 // The steps -------------------------------------------------------------------------------------------------
-
-// A panic stop inside a level that was pushed during an excursion to mod p: back to that excursion's ring.
-static void restore_excursion()
-{
-    if (was_modulus <= 0) return;
-    modulus = was_modulus;
-    modularmode = lintmode = 1;
-    was_modulus = -1;
-}
 
 static const char *const poly_table_changed =
     "\n*** You have interrupted at a delicate time. The global poly table has been\n"
@@ -247,7 +239,6 @@ void restart_session()
 static void warn_of_delicate_time()
 {
     if (was_in_rat && modularmode) {
-        modularmode = lintmode = 0;
         was_modulus = modulus;
         std::fputs("\n*** You have interrupted at a delicate time. Kelmar had switched\n"
                    "    internally to arithmetic mod p. It has switched back for your \n"
@@ -328,12 +319,21 @@ static bool pushes_level(int status)
     return status > 0 && status != err_too_deep && errorpush && (statcount > 0 || levelcount > 1);
 }
 
+// A level works in the ring of the session; what it stands on may be in the middle of another one.
+static void push_level_in_session_ring()
+{
+    ring_bracket ring;
+    enter_session_ring(&ring);
+    if (mod_is_changed >= 1) modularmode = lintmode = 1;
+    push_level();
+    leave_ring(&ring);
+}
+
 void error(int status, const char *errname)
 {
-    if (status == panic_stop) restore_excursion();
     const bool push = pushes_level(status);
     forget_on_error(status);
-    if (status > 0) was_modulus = -1;
+    if (status >= 0) was_modulus = -1;
     extra_line_end();
     if (std::strcmp(errname, endlist) == 0) errname = ";";
     if (status > 0 && levelcount != 1 && (status == err_undefined || status == err_zero_divisor)) {
@@ -342,6 +342,7 @@ void error(int status, const char *errname)
         return;
     }
     last_error = status;
+    if (status >= 0) leave_abandoned_rings(!push);
     interrupted_state kept;
     save_state(&kept);
     report_failure(status, errname);
@@ -357,7 +358,7 @@ void error(int status, const char *errname)
         error(panic_stop, " ");
     }
     warn_of_delicate_time();
-    push_level();
+    push_level_in_session_ring();
     restore_state(&kept);
     if (status > 0) abandon_statement();
 }

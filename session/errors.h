@@ -26,12 +26,4 @@ inline token_rec current_func;
 // default 0; the number of the last error reported; error; reset: never
 inline int last_error = 0;
 
-// default null; the file being loaded, and its name for reports; load
-inline input_stream *inpuf = nullptr;
-inline char input_file_name[256] = "";
-// default 0; an error closes the file being loaded; the switch &b
-inline std::int32_t close_inpuf = 0;
-// default 0; stop reading the file being loaded; &x
-inline std::int32_t done_load = 0;
-
 }  // namespace kelmar

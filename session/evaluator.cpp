@@ -1,5 +1,7 @@
 // session/evaluator.cpp -- the state of a statement under evaluation.
 #include "session/evaluator.h"
+#include "gcd/polygcd.h"
+#include "session/arr_access.h"
 #include "session/levels.h"
 #include "session/names.h"
 #include "session/report.h"
@@ -9,6 +11,7 @@ namespace kelmar {
 void reset_statement()
 {
     uninit = 0;
+    clear_gcd_counters();
 }
 
 void evaluator_on_error()
@@ -30,6 +33,7 @@ void bury_doomed()
 void make_private(operand *v)
 {
     if (v->n) return;
+    if (v->at.array_time && v->at.moves != array_moves) refresh_entry(v);
     if (v->p && *v->p) {
         quoly_assign(*v->p, &v->n);
     } else {

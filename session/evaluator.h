@@ -5,19 +5,16 @@
 // possibly the storage of a variable, which is read-only unless it is assigned to; and n,
 // which holds a value that had to be computed.
 
+#include "matrix/sparse.h"
 #include "quoly/quoly.h"
 #include "session/scanner.h"
 
 namespace kelmar {
 
-struct colm;        // an entry of a sparse row
-struct sparse_row;  // the head of a sparse row
-
 struct operand {
     quolynode **p;  // where the value stands; null: an absent entry of a sparse array, worth 0
     quolynode *n;   // computed value, owned by the evaluator; null while p points elsewhere
-    colm *col;      // where an absent entry would go
-    sparse_row *row;
+    entry_ref at;   // of an entry of an array: which one, so that p is found again when arrays have moved
 };
 
 // default null; the value of the statement, and of the one before; the statement loop; reset: unwind

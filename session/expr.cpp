@@ -7,6 +7,7 @@
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "session/arr_access.h"
 #include "session/assign.h"
 #include "session/factor.h"
 #include "session/owned.h"
@@ -21,6 +22,7 @@ namespace kelmar {
 // expression has emptied, become 0.
 static const quolynode *read_value(operand *v)
 {
+    if (v->at.array_time && !v->n && v->at.moves != array_moves) refresh_entry(v);
     if (!v->p || !*v->p) make_private(v);
     return *v->p;
 }
@@ -98,6 +100,7 @@ static void mod_or_div_operand(operand *v, operand *r, char op)
 static bool term_goes_on()
 {
     const char c = token.text[0];
+    if (c == ';' || c == '+' || c == '-') return false;  // what ends most terms
     if (is_letter(c)) return !token_is(&token, "or") && !token_is(&token, "and");
     return in_set(term_set, c);
 }
@@ -109,14 +112,14 @@ static char take_operator(input_stream **stream, name_node **cursor, std::int32_
     const char op = token.text[0];
     *no_reduce = 0;
     if (op == '(' || is_letter(op)) return '*';
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     if (token.text[0] != '/') return op;
     if (op != '/') {
         error(err_double_operator, token.text);
         return op;
     }
     *no_reduce = 1;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     return op;
 }
 
@@ -151,7 +154,7 @@ static void term_rest(input_stream **stream, operand *v, name_node **cursor)
 static void announced_term(input_stream **stream, operand *v, name_node **cursor)
 {
     fact(stream, v, cursor, 0);
-    term_rest(stream, v, cursor);
+    if (term_goes_on()) term_rest(stream, v, cursor);
 }
 
 void term(input_stream **stream, operand *v, name_node **cursor)
@@ -168,7 +171,7 @@ static void sum_rest(input_stream **stream, operand *v, name_node **cursor)
 {
     while (token.text[0] == '+' || token.text[0] == '-') {
         const bool minus = token.text[0] == '-';
-        scanner(stream, &token, cursor);
+        next_token(stream, cursor);
         operand r = {};
         own(&r.n);
         borrow();
@@ -178,6 +181,16 @@ static void sum_rest(input_stream **stream, operand *v, name_node **cursor)
         disown();
         free_quoly(&r.n);
     }
+}
+
+void expre_from(input_stream **stream, operand *v, name_node **cursor)
+{
+    if (token.text[0] == ':') {
+        assign(stream, v, cursor);
+        return;
+    }
+    term_rest(stream, v, cursor);
+    sum_rest(stream, v, cursor);
 }
 
 void expre(input_stream **stream, operand *v, name_node **cursor)
@@ -207,7 +220,7 @@ static void read_private(input_stream **stream, quolynode **n, name_node **curso
     *n = v.n;
 }
 
-static void announced_sum(input_stream **stream, operand *v, name_node **cursor)
+void sum_of_terms(input_stream **stream, operand *v, name_node **cursor)
 {
     announced_term(stream, v, cursor);
     sum_rest(stream, v, cursor);
@@ -215,7 +228,7 @@ static void announced_sum(input_stream **stream, operand *v, name_node **cursor)
 
 void old_expre(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    read_private<announced_sum>(stream, n, cursor);
+    read_private<sum_of_terms>(stream, n, cursor);
 }
 
 void old_term(input_stream **stream, quolynode **n, name_node **cursor)

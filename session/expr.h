@@ -19,6 +19,13 @@ namespace kelmar {
 void expre(input_stream **stream, operand *v, name_node **cursor);
 void term(input_stream **stream, operand *v, name_node **cursor);
 
+// Go on from the operand in *v, its token behind it in hand: assignment, or the rest of a sum; v->n is announced
+// by the caller.
+void expre_from(input_stream **stream, operand *v, name_node **cursor);
+
+// A sum that assigns nothing, as an operand; v->n is announced by the caller.
+void sum_of_terms(input_stream **stream, operand *v, name_node **cursor);
+
 void old_expre(input_stream **stream, quolynode **n, name_node **cursor);
 void old_term(input_stream **stream, quolynode **n, name_node **cursor);
 

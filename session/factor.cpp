@@ -6,8 +6,11 @@
 #include "session/factor.h"
 #include <cmath>
 #include "poly/variables.h"
-#include "session/arr_statement.h"
+#include "session/arr_access.h"
+#include "session/arr_system.h"
+#include "session/arr_target.h"
 #include "session/builtins.h"
+#include "session/entry_links.h"
 #include "session/expr.h"
 #include "session/func_run.h"
 #include "session/literal.h"
@@ -58,16 +61,35 @@ static void read_poly_variable(input_stream **stream, operand *v, name_node **cu
     use_computed(v);
 }
 
+// The name is that of the stored token `at`, and the token behind it is in hand. True when it is a variable
+// that has a value: v->p is then its slot.
+static inline bool find_stored(const name_node *at, operand *v)
+{
+    if (at->index < 0 || token.text[0] == '[') return false;
+    var_node *variable = stored_var(at);
+    if (!variable || is_array_mark(variable->value)) return false;
+    v->p = &variable->value;
+    return true;
+}
+
 static void read_name(input_stream **stream, operand *v, name_node **cursor)
 {
     if (number_polys > 0 && its_a_polyname(token.text)) {
         read_poly_variable(stream, v, cursor);
         return;
     }
-    token_rec name = token;
-    scanner(stream, &token, cursor);
+    token_rec name;
+    if (const name_node *at = *cursor) {
+        next_token(stream, cursor);
+        if (__builtin_expect(find_stored(at, v), 1)) return;
+        std::memcpy(name.text, at->text, sizeof name.text);
+        name.index = at->index;
+    } else {
+        name = token;
+        scanner(stream, &token, cursor);
+    }
     if (token.text[0] == '[' && !token_is(&name, "if") && !token_is(&name, "while")) {
-        new_arretrieve(stream, &name, &v->p, cursor);
+        retrieve_entry(stream, &name, v, cursor);
         return;
     }
     retrieve(&name, &v->p, &v->n, stream, cursor);
@@ -256,14 +278,24 @@ static void read_system_function(input_stream **stream, operand *v, name_node **
     rerun_control_statement(stream, &v->n);
 }
 
+// `[` is in hand: an entry of the system array. It is no variable, so it cannot be assigned to.
+static void read_system_entry(input_stream **stream, operand *v, name_node **cursor)
+{
+    if (system_array_is_empty()) {
+        error(err_system_array_empty, token.text);
+        quoly_set(0, &v->n);
+        return;
+    }
+    retrieve_system_entry(stream, v, cursor);
+}
+
 // `<` is in hand: an entry of the system array, the system function, or the last value.
 static void read_last_value(input_stream **stream, operand *v, name_node **cursor)
 {
     scanner(stream, &token, cursor);
     use_computed(v);
     if (token.text[0] == '[') {
-        error(err_system_array_empty, token.text);
-        quoly_set(0, &v->n);
+        read_system_entry(stream, v, cursor);
     } else if (token_is(&token, "F")) {
         read_system_function(stream, v, cursor);
     } else if (prevnum) {
@@ -275,10 +307,20 @@ static void read_last_value(input_stream **stream, operand *v, name_node **curso
 
 static void read_array_of_arrays(input_stream **stream, operand *v, name_node **cursor)
 {
-    quoly_set(0, &v->n);
+    std::int32_t slot;
     use_computed(v);
     scanner(stream, &token, cursor);
-    error(token.text[0] == '[' ? err_empty_slot : err_need_open_index, token.text);
+    if (!get_arr_arr(stream, &slot, cursor)) {
+        quoly_set(0, &v->n);
+    } else if (!array_in_slot(slot)) {
+        error(err_empty_slot, token.text);
+        quoly_set(0, &v->n);
+    } else if (token.text[0] != '[') {
+        error(err_need_open_index, token.text);
+        quoly_set(0, &v->n);
+    } else {
+        retrieve_entry_of(stream, array_in_slot(slot), "%", v, cursor);
+    }
 }
 
 // A statement used as a value.
@@ -344,25 +386,53 @@ static primary_kind read_primary(input_stream **stream, operand *v, name_node **
     return row->kind;
 }
 
+static inline void read_linked(input_stream **stream, operand *v, name_node **cursor)
+{
+    if ((*cursor)->kind != linked_scalar) {
+        retrieve_linked_entry(stream, v, cursor);
+        return;
+    }
+    v->p = static_cast<quolynode **>((*cursor)->ptr);
+    next_token(stream, cursor);
+}
+
 static inline bool begins_postfix(char c)
 {
     return c == '^' || c == '!' || c == '#' || c == '"';
 }
 
-void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent)
+// With leave_evaluation # is no postfix form.
+template <bool leave_evaluation>
+static inline void read_fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent)
 {
     check_stack();
     free_quoly(&v->n);
-    v->col = nullptr;
+    v->at.array_time = 0;
     primary_kind kind = plain_primary;
     if (*cursor && (*cursor)->linked) {
-        v->p = static_cast<quolynode **>((*cursor)->ptr);
-        scanner(stream, &token, cursor);
+        read_linked(stream, v, cursor);
     } else {
         kind = read_primary(stream, v, cursor);
     }
-    if (kind == plain_primary && begins_postfix(token.text[0])) postfix(stream, v, cursor);
+    const bool left = leave_evaluation && token.text[0] == '#';
+    if (kind == plain_primary && begins_postfix(token.text[0]) && !left) postfix(stream, v, cursor);
     if (!v->p && !keep_absent && token.text[0] != ':') make_private(v);
+}
+
+void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent)
+{
+    read_fact<false>(stream, v, cursor, keep_absent);
+}
+
+void fact_before_evaluation(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    operand v = {};
+    free_quoly(n);
+    own(&v.n);
+    read_fact<true>(stream, &v, cursor, 0);
+    make_private(&v);
+    disown();
+    *n = v.n;
 }
 
 void old_fact(input_stream **stream, quolynode **n, name_node **cursor)

@@ -9,6 +9,9 @@ namespace kelmar {
 // null); otherwise it becomes 0 in n, unless ":" follows. Errors: those of expr.h.
 void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent);
 
+// *n = the value of one factor, private, but a # behind its primary stays in hand. *n replaced.
+void fact_before_evaluation(input_stream **stream, quolynode **n, name_node **cursor);
+
 // *n = the value of one factor, private. *n replaced.
 void old_fact(input_stream **stream, quolynode **n, name_node **cursor);
 

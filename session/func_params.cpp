@@ -3,11 +3,10 @@
 // One frame a formal parameter: each reads its argument, then the frames for the others run, and only then is
 // its parameter bound. So no argument sees a parameter of this call, and until all are read every value
 // stands in a slot that an error releases.
-//
-// Arrays as arguments have one door, read_array_argument: there are no arrays yet.
 #include "session/func_params.h"
 #include "poly/variables.h"
-#include "session/arr_statement.h"
+#include "session/arr_access.h"
+#include "session/arr_params.h"
 #include "session/expr.h"
 #include "session/owned.h"
 #include "session/report.h"
@@ -21,23 +20,41 @@ struct arguments {
     std::int32_t lends;   // a parameter refers to a variable of the caller
 };
 
-// `[` is in hand. There is no array: the statement ends in an error.
-static void read_array_argument(arguments *a, quolynode **value)
-{
-    arr_parse(a->stream, value, a->cursor, '[');
-}
+// What was read for one formal parameter, beside its value.
+struct argument {
+    quolynode **ref;       // by reference: the slot of the variable
+    entry_ref entry;       // by reference: the entry of an array
+    array_argument array;  // an array
+};
 
-static void read_value(arguments *a, quolynode **value)
+static void read_value(arguments *a, quolynode **value, argument *arg)
 {
     if (token.text[0] == '[') {
-        read_array_argument(a, value);
+        quoly_set(0, value);
+        read_array_argument(a->stream, &arg->array, a->cursor);
     } else {
         old_expre(a->stream, value, a->cursor);
     }
 }
 
-// *value = a copy of the variable in hand, *ref = its slot; null when it has none.
-static void read_reference(arguments *a, quolynode **value, quolynode ***ref)
+// The `[` behind the name is in hand: *value = a copy of the entry.
+static void read_entry_reference(arguments *a, token_rec *name, quolynode **value, argument *arg)
+{
+    operand v = {};
+    own(&v.n);
+    retrieve_entry(a->stream, name, &v, a->cursor);
+    disown();
+    if (v.n || !v.p) {
+        free_quoly(&v.n);
+        error(err_entry_not_stored, name->text);
+        return;
+    }
+    arg->entry = v.at;
+    quoly_assign(*v.p, value);
+}
+
+// *value = a copy of the variable in hand, arg->ref = its slot; null when it has none.
+static void read_reference(arguments *a, quolynode **value, argument *arg)
 {
     if (!is_lower(token.text[0]) || its_a_polyname(token.text)) {
         error(err_bad_reference, token.text);
@@ -48,7 +65,7 @@ static void read_reference(arguments *a, quolynode **value, quolynode ***ref)
     quolynode **slot = nullptr;
     scanner(a->stream, &token, a->cursor);
     if (token.text[0] == '[') {
-        new_arretrieve(a->stream, &name, &slot, a->cursor);
+        read_entry_reference(a, &name, value, arg);
         return;
     }
     if (at && at->linked) {
@@ -58,12 +75,12 @@ static void read_reference(arguments *a, quolynode **value, quolynode ***ref)
         spec_retrieve(&name, value, &slot);
     }
     if (slot == value) return;  // undefined, at a pushed level
-    *ref = slot;
+    arg->ref = slot;
     a->lends = 1;
 }
 
 // Read the argument for the formal parameter; behind it, the next one or the end.
-static void read_argument(arguments *a, const name_node *formal, quolynode **value, quolynode ***ref)
+static void read_argument(arguments *a, const name_node *formal, quolynode **value, argument *arg)
 {
     const bool by_reference = formal->kind != 0;
     if (a->closed) {
@@ -72,9 +89,9 @@ static void read_argument(arguments *a, const name_node *formal, quolynode **val
         return;
     }
     if (by_reference) {
-        read_reference(a, value, ref);
+        read_reference(a, value, arg);
     } else {
-        read_value(a, value);
+        read_value(a, value, arg);
     }
     if (token.text[0] == ')') {
         a->closed = 1;
@@ -93,15 +110,19 @@ static void bind_from(arguments *a, name_node *formal)
     check_stack();
     if (its_a_polyname(formal->text)) error(err_name_is_poly, formal->text);
     quolynode *value = nullptr;
-    quolynode **ref = nullptr;
+    argument arg = {};
     own(&value);
-    read_argument(a, formal, &value, &ref);
+    read_argument(a, formal, &value, &arg);
+    if (!value) quoly_set(0, &value);
     if (formal->next) bind_from(a, formal->next);
     disown();
     token_rec name;
     std::memcpy(name.text, formal->text, sizeof name.text);
     name.index = formal->index;
-    formal->ptr = &push_param(&name, &value, ref)->value;
+    var_node *v = push_param(&name, &value, arg.ref);
+    v->at = arg.entry;
+    formal->ptr = &v->value;
+    if (arg.array.target && push_array_argument(&name, &arg.array)) mark_array_param(v);
 }
 
 bool setargs(input_stream **stream, func_node *f, token_rec *after, name_node **cursor)

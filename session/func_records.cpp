@@ -4,7 +4,9 @@
 // released, so that neither a long body nor a deep nesting needs stack. That matters because the report of a
 // nesting that is too deep runs on the last pages of it.
 #include "session/func_records.h"
+#include "session/arr_params.h"
 #include <cstdlib>
+#include "session/entry_links.h"
 #include "session/errors.h"
 #include "session/heap.h"
 
@@ -109,6 +111,7 @@ static void free_function(func_node *f)
 {
     freename(&f->params);
     free_form(&f->body);
+    free_links(&f->links);
 #ifdef KELMAR_MALLOC_RECORDS
     std::free(f);
 #else
@@ -151,13 +154,14 @@ void release_pending(pending *until)
 void enter_call(call_frame *call, func_node *f)
 {
     ++f->in_use;
-    *call = {f, params_top, newest_call};
+    *call = {f, params_top, array_params, newest_call};
     newest_call = call;
 }
 
 void leave_call(call_frame *call)
 {
     func_node *f = call->function;
+    pop_array_arguments(call->arrays);
     pop_params(call->params);
     newest_call = call->outer;
     if (--f->in_use == 0 && f->retired) free_function(f);

@@ -68,6 +68,7 @@ void release_pending(pending *until);
 struct call_frame {
     func_node *function;
     var_node *params;  // params_top before its parameters were bound
+    array *arrays;     // array_params then
     call_frame *outer;
 };
 

@@ -8,11 +8,13 @@
 #include "numbers/dispatch.h"
 #include "numbers/word_mod.h"
 #include "poly/variables.h"
-#include "session/arr_statement.h"
+#include "session/arr_access.h"
 #include "session/builtins.h"
+#include "session/entry_links.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/factor.h"
+#include "session/int_builtin.h"
 #include "session/literal.h"
 #include "session/loops.h"
 #include "session/names.h"
@@ -25,7 +27,15 @@ namespace kelmar {
 struct word_operand {
     std::int32_t word;
     quolynode **slot;  // where it stands, when it can be assigned to
+    entry_ref at;      // of an entry of an array; its slot is null when it is absent
 };
+
+// The word is no stored one any more.
+static inline void set_computed(word_operand *v)
+{
+    v->slot = nullptr;
+    v->at.array_time = 0;
+}
 
 // Values and words --------------------------------------------------------------------------------------
 
@@ -127,6 +137,17 @@ static void read_stored(word_operand *v, quolynode **slot)
     if (token.text[0] != ':') take_value(*slot, v);
 }
 
+// The entry in *v, of which nothing is owned.
+static void read_entry(word_operand *w, operand *v)
+{
+    if (v->n) {  // an error came back
+        free_quoly(&v->n);
+        return;
+    }
+    w->at = v->at;
+    if (v->p) read_stored(w, v->p);
+}
+
 // The variable of that name; one that is followed by ":" is created with the value 0.
 static void iretrieve(token_rec *name, word_operand *v)
 {
@@ -149,14 +170,27 @@ static void iretrieve(token_rec *name, word_operand *v)
 static void iread_name(input_stream **stream, word_operand *v, name_node **cursor)
 {
     token_rec name = token;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     if (token.text[0] != '[') {
         iretrieve(&name, v);
         return;
     }
-    quolynode **slot = nullptr;
-    new_arretrieve(stream, &name, &slot, cursor);
-    if (slot) read_stored(v, slot);
+    operand entry = {};
+    retrieve_entry(stream, &name, &entry, cursor);
+    read_entry(v, &entry);
+}
+
+static void iread_linked(input_stream **stream, word_operand *v, name_node **cursor)
+{
+    if ((*cursor)->kind != linked_scalar) {
+        operand entry = {};
+        retrieve_linked_entry(stream, &entry, cursor);
+        read_entry(v, &entry);
+        return;
+    }
+    quolynode **slot = static_cast<quolynode **>((*cursor)->ptr);
+    next_token(stream, cursor);
+    read_stored(v, slot);
 }
 
 // The digits in hand. Where numbers are floats a literal that fits no word is an error, elsewhere it wraps.
@@ -177,7 +211,7 @@ static void iread_digits(input_stream **stream, word_operand *v, name_node **cur
         const std::uint32_t digit = static_cast<std::uint32_t>(token.text[0] - '0');
         fits = fits && std::uint64_t{word} * 10 + digit <= 0x7FFFFFFF;
         word = word * 10 + digit;
-        scanner(stream, &token, cursor);
+        next_token(stream, cursor);
     } while (is_digit(token.text[0]));
     v->word = static_cast<std::int32_t>(word);
     if (flotemode && !fits) error(err_not_an_integer, token.text);
@@ -200,52 +234,53 @@ static void iread_value(input_stream **stream, word_operand *v, name_node **curs
 
 static void iread_negated(input_stream **stream, word_operand *v, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     ifact(stream, v, cursor);
     v->word = negate_word(v->word);
-    v->slot = nullptr;
+    set_computed(v);
 }
 
 static void iread_bracketed(input_stream **stream, word_operand *v, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     old_iexpre(stream, &v->word, cursor);
     if (token.text[0] != ')') {
         error(err_need_close_paren, token.text);
         return;
     }
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
 }
 
 static void iread_absolute(input_stream **stream, word_operand *v, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     ifact(stream, v, cursor);
-    v->slot = nullptr;
+    set_computed(v);
     if (v->word < 0) v->word = negate_word(v->word);
     if (token.text[0] != '|') {
         error(err_need_close_bar, token.text);
         return;
     }
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
 }
 
 // `_` is in hand, and numbers are no floats: a factor outside the ring of the modulus.
 static void iread_true_integer(input_stream **stream, word_operand *v, name_node **cursor)
 {
     std::int32_t saved;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     check_modular(&saved);
     ifact(stream, v, cursor);
     restore_modular(&saved);
 }
 
-// Sums and products over a range stay machine integers.
+// What has a form of its own on machine integers.
 static void iread_upper(input_stream **stream, word_operand *v, name_node **cursor)
 {
+    if (iread_builtin(stream, &v->word, cursor)) return;
     if (token_is(&token, "Sigma") || token_is(&token, "Prod")) {
         const bool product = token_is(&token, "Prod");
-        scanner(stream, &token, cursor);
+        next_token(stream, cursor);
         isum_mult_up(stream, product, &v->word, cursor);
     } else {
         iread_value(stream, v, cursor);
@@ -267,8 +302,8 @@ static std::int32_t inumber_power(std::int32_t base, std::int32_t e)
 static void iraise(input_stream **stream, word_operand *v, name_node **cursor)
 {
     std::int32_t saved;
-    word_operand e = {0, nullptr};
-    scanner(stream, &token, cursor);
+    word_operand e = {};
+    next_token(stream, cursor);
     check_modular(&saved);
     ifact(stream, &e, cursor);
     restore_modular(&saved);
@@ -281,7 +316,7 @@ static void iraise(input_stream **stream, word_operand *v, name_node **cursor)
 
 static void ifactorial(input_stream **stream, word_operand *v, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     if (v->word < 0) {
         error(err_bad_factorial, token.text);
         return;
@@ -297,7 +332,7 @@ static void ipostfix(input_stream **stream, word_operand *v, name_node **cursor)
 {
     const char c = token.text[0];
     if (c != '^' && c != '!' && c != '"') return;
-    v->slot = nullptr;
+    set_computed(v);
     if (c == '^') iraise(stream, v, cursor);
     if (c == '!') ifactorial(stream, v, cursor);
     for (; token.text[0] == '"'; scanner(stream, &token, cursor)) v->word = 0;
@@ -327,15 +362,14 @@ static void read_primary(input_stream **stream, word_operand *v, name_node **cur
 static void ifact(input_stream **stream, word_operand *v, name_node **cursor)
 {
     check_stack();
-    *v = {0, nullptr};
+    v->word = 0;
+    set_computed(v);
     if (token.text[0] == '-') {
         iread_negated(stream, v, cursor);
         return;
     }
     if ((*cursor)->linked) {
-        quolynode **slot = static_cast<quolynode **>((*cursor)->ptr);
-        scanner(stream, &token, cursor);
-        read_stored(v, slot);
+        iread_linked(stream, v, cursor);
     } else {
         read_primary(stream, v, cursor);
     }
@@ -359,7 +393,7 @@ static void iterm(input_stream **stream, word_operand *v, name_node **cursor)
         if (op == '(' || is_letter(op)) {
             op = '*';
         } else {
-            scanner(stream, &token, cursor);
+            next_token(stream, cursor);
             if (token.text[0] == '/') {
                 error(err_double_slash, token.text);
                 return;
@@ -368,7 +402,7 @@ static void iterm(input_stream **stream, word_operand *v, name_node **cursor)
         word_operand right;
         ifact(stream, &right, cursor);
         v->word = op == '*' ? multiply_words(v->word, right.word) : divide_words(v->word, right.word, op);
-        v->slot = nullptr;
+        set_computed(v);
     }
 }
 
@@ -378,10 +412,10 @@ static void isum_rest(input_stream **stream, word_operand *v, name_node **cursor
     while (token.text[0] == '+' || token.text[0] == '-') {
         const bool minus = token.text[0] == '-';
         word_operand right;
-        scanner(stream, &token, cursor);
+        next_token(stream, cursor);
         iterm(stream, &right, cursor);
         v->word = minus ? subtract_words(v->word, right.word) : add_words(v->word, right.word);
-        v->slot = nullptr;
+        set_computed(v);
     }
 }
 
@@ -406,31 +440,60 @@ static void iread_amount(input_stream **stream, std::int32_t *amount, name_node 
     *amount = v.word;
 }
 
+// Arrays have moved since the entry was read: find its slot again.
+static void refresh_slot(word_operand *v)
+{
+    if (!v->at.array_time || v->at.moves == array_moves) return;
+    operand entry = {};
+    entry.at = v->at;
+    refresh_entry(&entry);
+    v->at = entry.at;
+    v->slot = entry.p;
+}
+
+// Put the word where the operand was read. The word of a stored number is written over.
+static void store_word(word_operand *v)
+{
+    refresh_slot(v);
+    if (!v->at.row) {
+        if (v->slot) quoly_set(v->word, v->slot);
+        return;
+    }
+    quolynode *value = nullptr;
+    operand entry = {};
+    entry.p = v->slot;
+    entry.at = v->at;
+    quoly_set(v->word, &value);
+    store_entry(&entry, &value);
+}
+
 // ":" is in hand.
 static void iassign(input_stream **stream, word_operand *v, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     const char form = token.text[0];
     if (form != '=' && form != '+' && form != '-') {
         error(err_bad_colon, token.text);
         return;
     }
-    if (!v->slot) {
+    if (!v->slot && !v->at.array_time) {
         error(err_not_assignable, token.text);
         return;
     }
     std::int32_t right;
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     borrow();
     if (form == '=') {
         old_iexpre(stream, &right, cursor);
         v->word = right;
     } else {
         iread_amount(stream, &right, cursor);
-        take_value(*v->slot, v);
+        refresh_slot(v);
+        v->word = 0;
+        if (v->slot) take_value(*v->slot, v);
         v->word = form == '+' ? add_words(v->word, right) : subtract_words(v->word, right);
     }
-    quoly_set(v->word, v->slot);
+    store_word(v);
     give_back();
     v->word = 0;
 }

@@ -3,6 +3,7 @@
 // The handler sets one flag. It is answered at the next safe point: a new command level stands on top of the
 // computation, which never alters an operand in place.
 #include "session/interrupt.h"
+#include "matrix/pins.h"
 #include <csignal>
 #include "session/report.h"
 
@@ -24,8 +25,11 @@ void install_interrupt()
 
 void answer_interrupt()
 {
+    if (interrupts_held) return;
     interrupt_flag = 0;
+    pin_values();
     error(new_level, " ");
+    unpin_values();
 }
 
 }  // namespace kelmar

@@ -30,9 +30,8 @@ inline std::int32_t command_int = 1;
 inline std::int32_t m_interrupt = 1;
 inline std::int32_t cmd_modder = 32;
 
-// default 0; an algorithm may be interrupted in a delicate stretch; the switch &Z
-inline std::int32_t danger_ok = 0;
-// default -1; modulus to restore when a level pushed inside an internal excursion ends; push_level
+// default -1; the modulus of the stretch that the present level stands on, and comes back to; error,
+// push_level
 inline std::int32_t was_modulus = -1;
 // default 1; the present modular stretch was entered from exact arithmetic; the mode changes
 inline std::int32_t was_in_rat = 1;

@@ -7,6 +7,7 @@
 #include "session/evaluator.h"
 #include "poly/variables.h"
 #include "quoly/display.h"
+#include "session/arr_display.h"
 #include "session/output.h"
 #include "session/owned.h"
 #include "session/prompt.h"
@@ -33,6 +34,7 @@ static void show_result(const quolynode *result)
         return;
     }
     const bool show = token.text[0] != '@' && noisy;
+    if (syst_dump && show) display_system_array();
     extra_line_end();
     const bool variables = polynames != nullptr;
     const value_form form = {1, 1, promptsize > 0, variables && extra_line, 0, nullptr};
@@ -124,7 +126,6 @@ void push_level()
     std::fflush(Output);
     leftover[0] = 0;
     statement_loop();
-    if (was_modulus > 0) modulus = was_modulus;
     was_modulus = -1;
     --levelcount;
     --time_level;

@@ -4,21 +4,20 @@
 // allocation. The variable is looked up again only when something was cancelled since. A range expression
 // replays its body once a round; what is typed at the terminal is first stored, so that there is a list to
 // replay.
-//
-// Loops over the stored positions of a sparse array have one door, read_positions: there are no arrays yet.
 #include "session/loops.h"
 #include "numbers/mode.h"
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
-#include "session/arr_statement.h"
 #include "session/conditions.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/func_run.h"
 #include "session/int_expr.h"
+#include "session/loop_positions.h"
 #include "session/owned.h"
 #include "session/report.h"
+#include "session/settings.h"
 #include "session/token_list.h"
 #include "session/trace.h"
 
@@ -62,20 +61,44 @@ static void write_counter(for_loop *loop)
     }
 }
 
+// The next position; the loop is over behind the last one.
+static void next_position(for_loop *loop)
+{
+    if (!loop->rest) {
+        loop->stop = loop->counter - 1;
+        return;
+    }
+    loop->counter = std::int64_t{loop->rest->coord} - 1 + addresser;
+    loop->stop = loop->counter;
+    loop->rest = loop->rest->next;
+    if (counter_fits(loop)) write_counter(loop);
+}
+
 void advance_loop(for_loop *loop)
 {
+    if (__builtin_expect(loop->over_positions, 0)) {
+        next_position(loop);
+        return;
+    }
     loop->counter += loop->step;
     if (counter_fits(loop)) write_counter(loop);
 }
 
 // Heads -------------------------------------------------------------------------------------------------
 
-// `[` is in hand. There is no sparse array: the statement ends in an error.
-static void read_positions(input_stream **stream, name_node **cursor)
+// `[` is in hand: the loop runs over positions.
+static void set_up_positions(input_stream **stream, for_loop *loop, name_node **cursor, arr_value *positions)
 {
-    quolynode *none = nullptr;
-    arr_parse(stream, &none, cursor, '[');
-    free_quoly(&none);
+    if (!positions) {
+        error(err_range_not_number, token.text);
+        return;
+    }
+    loop->stop = loop->counter - 1;
+    if (!read_positions(stream, positions, cursor)) return;
+    counter_slot(loop);
+    loop->over_positions = 1;
+    loop->rest = positions->sparse->row_head[0];
+    next_position(loop);
 }
 
 // Pass what stands between the counter and its start: := or = or from.
@@ -121,14 +144,14 @@ static void read_stop_and_step(input_stream **stream, for_loop *loop, name_node 
     loop->step = -loop->step;
 }
 
-void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor)
+void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor, arr_value *positions)
 {
-    *loop = {token, nullptr, 0, 0, 1, 0, 1, 1};
+    *loop = {token, nullptr, 0, 0, 1, 0, 1, 1, nullptr, 0};
     if (!is_lower(token.text[0]) || its_a_polyname(token.text)) {
         error(err_bad_loop_counter, token.text);
         return;
     }
-    if ((*cursor)->linked) {
+    if ((*cursor)->linked && (*cursor)->kind == linked_scalar) {
         loop->linked = 1;
         loop->slot = static_cast<quolynode **>((*cursor)->ptr);
     }
@@ -138,7 +161,7 @@ void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor)
         return;
     }
     if (token.text[0] == '[') {
-        read_positions(stream, cursor);
+        set_up_positions(stream, loop, cursor, positions);
         return;
     }
     loop->counter = read_bound(stream, cursor);
@@ -169,17 +192,20 @@ static bool run_round(input_stream **stream, form_node *body, quolynode **n)
 void for_statement(input_stream **stream, const cond_node *cond, quolynode **n)
 {
     for_loop loop;
+    arr_value positions;
     name_node *at = cond->header->next;
     begin_list(at);
-    set_up_for_loop(stream, &loop, &at);
+    open_value(&positions);
+    set_up_for_loop(stream, &loop, &at, &positions);
     if (token.text[0] != endlist[0]) {
         error(err_bad_loop_head, token.text);
-        return;
+        loop.stop = loop.counter - 1;
     }
     while (!loop_is_over(&loop)) {
-        if (run_round(stream, cond->then_part, n)) return;
+        if (run_round(stream, cond->then_part, n)) break;
         advance_loop(&loop);
     }
+    close_value(&positions);
 }
 
 void while_statement(input_stream **stream, const cond_node *cond, quolynode **n)
@@ -255,15 +281,9 @@ static bool begins_body()
     return c == '[' || c == '(' || c == '<';
 }
 
-// `<` is in hand, in a stored list; r->value is announced.
-static void add_up(input_stream **stream, range *r, name_node **cursor)
+// Behind the head: `>` and the body, for each value of the counter.
+static void run_over(input_stream **stream, range *r, for_loop *loop, name_node **cursor)
 {
-    for_loop loop;
-    check_stack();
-    if (!r->words) quoly_set(r->product, &r->value);
-    r->word = r->product;
-    scanner(stream, &token, cursor);
-    set_up_for_loop(stream, &loop, cursor);
     if (token.text[0] != '>') {
         error(err_need_close_angle, token.text);
         return;
@@ -273,19 +293,34 @@ static void add_up(input_stream **stream, range *r, name_node **cursor)
         error(err_need_body_bracket, token.text);
         return;
     }
-    if (loop_is_over(&loop)) {
+    if (loop_is_over(loop)) {
         pass_body(stream, cursor);
         return;
     }
     name_node *const body = *cursor;
     const token_rec first_of_body = token;
-    while (!loop_is_over(&loop)) {
+    while (!loop_is_over(loop)) {
         poll_interrupt();
         *cursor = body;
         token = first_of_body;
         take_round(stream, r, cursor);
-        advance_loop(&loop);
+        advance_loop(loop);
     }
+}
+
+// `<` is in hand, in a stored list; r->value is announced.
+static void add_up(input_stream **stream, range *r, name_node **cursor)
+{
+    for_loop loop;
+    arr_value positions;
+    check_stack();
+    if (!r->words) quoly_set(r->product, &r->value);
+    r->word = r->product;
+    scanner(stream, &token, cursor);
+    open_value(&positions);
+    set_up_for_loop(stream, &loop, cursor, &positions);
+    run_over(stream, r, &loop, cursor);
+    close_value(&positions);
 }
 
 // From a stream: store the expression first.

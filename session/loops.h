@@ -1,6 +1,7 @@
 #pragma once
 // session/loops.h -- while, for, and the built-ins that sum or multiply over a range.
 
+#include "session/arr_value.h"
 #include "session/func_records.h"
 
 namespace kelmar {
@@ -16,11 +17,16 @@ struct for_loop {
     std::uint32_t cancels;  // cancel_count when the slot was looked up
     std::int64_t counter, stop, step;
     std::int32_t sign;  // 1, or -1 when they are negated
+    const colm *rest;   // of a loop over positions: those to come
+    std::int32_t over_positions;
 };
 
 // Read the head of a loop, the counter's name in hand: i = a to b by c, or i := a, b, c, or i from a to b.
-// The step is 1 when none is given. The counter gets the start value. Errors: 28 47 49 51 77 118.
-void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor);
+// The step is 1 when none is given. The counter gets the start value. Or i = [s], over the stored positions of
+// sparse arrays, which stand in *positions, announced and empty; null: that is no range. Errors: 27 28 47 49 51 77
+// 118 335 336.
+void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor,
+                     arr_value *positions = nullptr);
 
 // Count on. The new value is written into the variable in place. Errors: 47.
 void advance_loop(for_loop *loop);

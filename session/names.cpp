@@ -3,6 +3,7 @@
 // A bucket is a chain of records, newest first. Texts are zero-padded to twelve bytes, so two texts are equal
 // exactly when three words are, and a chain of many names is walked at the speed of memory.
 #include "session/names.h"
+#include "session/arr_access.h"
 #include "session/evaluator.h"
 #include "session/func_records.h"
 #include "session/func_run.h"
@@ -17,6 +18,8 @@ namespace kelmar {
 static var_node *doomed = nullptr;
 // default null; linked variables that were cancelled; remove_var; reset: never
 static var_node *orphans = nullptr;
+// nothing is in it: its address as the denominator of a number marks an array parameter
+static polynode array_mark;
 
 std::int16_t hash(const char *text, int m)
 {
@@ -46,9 +49,10 @@ var_node *find_var(token_rec *tok)
     return nullptr;
 }
 
-bool is_array_mark(const quolynode *value)
+void mark_array_param(var_node *v)
 {
-    return value->is_num && value->den != nullptr;
+    quoly_set(0, &v->value);
+    v->value->den = &array_mark;
 }
 
 void retrieve(token_rec *name, quolynode ***p, quolynode **n, input_stream **stream, name_node **cursor)
@@ -106,6 +110,7 @@ static var_node *push_var(token_rec *name)
     v->index = name->index;
     v->role = plain_variable;
     v->ref = nullptr;
+    v->at.array_time = 0;
     v->value = nullptr;
     v->below = nullptr;
     v->next = sca_store[v->index];
@@ -194,6 +199,15 @@ static void unlink_param(const var_node *v)
     *link = v->next;
 }
 
+// Give the value to the entry of an array that was passed.
+static void write_back(var_node *v)
+{
+    operand entry = {};
+    entry.at = v->at;
+    refresh_entry(&entry);
+    store_entry(&entry, &v->value);
+}
+
 void pop_params(var_node *mark)
 {
     while (params_top != mark) {
@@ -201,7 +215,9 @@ void pop_params(var_node *mark)
         params_top = v->below;
         if (v->role == parameter) {
             unlink_param(v);
-            if (v->ref) {
+            if (v->at.array_time) {
+                write_back(v);
+            } else if (v->ref) {
                 free_quoly(v->ref);
                 *v->ref = v->value;
                 v->value = nullptr;

@@ -4,6 +4,7 @@
 // New records go to the head of their bucket, so a look-up finds the newest record of a name. That is how a
 // parameter hides a variable for the time of a call, and a second definition an older function.
 
+#include "matrix/sparse.h"
 #include "quoly/quoly.h"
 #include "session/scanner.h"
 
@@ -25,12 +26,14 @@ struct var_node {
     var_role role;
     var_node *next;    // in the bucket; free list
     quolynode **ref;   // by-reference parameter: the caller's slot, written back on return
+    entry_ref at;      // the same, for an entry of an array; ref is null then
     quolynode *value;  // a plain number with a denominator is the mark of an array parameter
     var_node *below;   // the parameter that was bound before this one
 };
 static_assert(std::is_trivial_v<var_node>);
 
-struct form_node;  // a statement of a function body
+struct form_node;   // a statement of a function body
+struct entry_link;  // session/entry_links.h
 
 struct func_node {
     char text[token_room];
@@ -39,6 +42,7 @@ struct func_node {
     form_node *body;       // the statements
     form_node *linked_at;  // first statement after Compile; null until linked
     std::int32_t linked;   // it has a name table to rebuild at each call
+    entry_link *links;     // what the tokens of its linked body name
     std::int32_t in_use;   // active calls
     std::int32_t retired;  // it was cancelled while in use: released when its last call ends
     func_node *next;       // in the bucket
@@ -60,6 +64,16 @@ std::int16_t hash(const char *text, int m);
 // The newest variable of the name, or null. Fills tok->index.
 var_node *find_var(token_rec *tok);
 
+// find_var for a name of a stored list, which is hashed already. Its text is compared where it stands: a copy
+// just made would have to leave the store buffer first.
+inline var_node *stored_var(const name_node *name)
+{
+    for (var_node *v = sca_store[name->index]; v; v = v->next) {
+        if (std::memcmp(v->text, name->text, token_room) == 0) return v;
+    }
+    return nullptr;
+}
+
 // *p = the slot of the variable; null when there is none. An array parameter gives *n = 0 and p at n, with a
 // warning. "for", "if", "while" at the terminal run as a system function, with p at n; in a list: error 225.
 void retrieve(token_rec *name, quolynode ***p, quolynode **n, input_stream **stream, name_node **cursor);
@@ -78,8 +92,14 @@ var_node *push_param(token_rec *name, quolynode **value, quolynode **ref);
 // value to the caller's slot.
 void pop_params(var_node *mark);
 
-// The value is the mark of an array parameter.
-bool is_array_mark(const quolynode *value);
+// The value is the mark of an array parameter: no other plain number has a denominator.
+inline bool is_array_mark(const quolynode *value)
+{
+    return value->is_num && value->den != nullptr;
+}
+
+// Make the value of a parameter that mark.
+void mark_array_param(var_node *v);
 
 // Delete the newest variable of the name. Declines (0) when there is none. While an operand is borrowed the
 // record is only taken off its bucket, and free_doomed_vars releases it later; a parameter's is released at

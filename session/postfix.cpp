@@ -4,9 +4,9 @@
 #include "session/postfix.h"
 #include "numbers/combinat.h"
 #include "numbers/dispatch.h"
-#include "numbers/long_power.h"
-#include "poly/power.h"
-#include "quoly/divide.h"
+#include "quoly/derivative.h"
+#include "quoly/power.h"
+#include "session/evaluation.h"
 #include "session/expr.h"
 #include "session/factor.h"
 #include "session/owned.h"
@@ -16,7 +16,6 @@ namespace kelmar {
 
 // its digits still have a decimal form of legal size
 static constexpr std::int32_t largest_factorial = 66000;
-static constexpr std::int64_t largest_power = std::int64_t{1} << 22;  // digits of an exact power
 
 // Powers ------------------------------------------------------------------------------------------------
 
@@ -52,61 +51,6 @@ int get_exponent(input_stream **stream, name_node **cursor, std::int32_t *e, int
     return 0;
 }
 
-// 0, 1 or -1: its powers stay small.
-static bool is_unit(const number *n)
-{
-    int minus;
-    return iszero(n) || equal_to_pm1(n, &minus);
-}
-
-static void raise_number(quolynode **q, std::int32_t e)
-{
-    number *n = (*q)->num;
-    if (exact_integers() && n->size * std::int64_t{e < 0 ? -(e + 1) : e} > largest_power && !is_unit(n)) {
-        error(err_bad_exponent, "^");
-        quoly_set(1, q);
-        return;
-    }
-    if (e >= 0) {
-        number_power(n, e);
-        return;
-    }
-    if (iszero(n)) {
-        error(err_zero_divisor, "^");
-        quoly_set(1, q);
-        return;
-    }
-    if (e == INT32_MIN) {
-        error(err_bad_exponent, "^");
-        return;
-    }
-    quolynode *one = nullptr;
-    number_power(n, -e);
-    quoly_set(1, &one);
-    quoly_quot(one, *q, 0, q);
-    free_quoly(&one);
-}
-
-void raise_to_power(quolynode **q, std::int32_t e)
-{
-    if ((*q)->is_num) {
-        raise_number(q, e);
-    } else if (e >= 0) {
-        compute_power(&(*q)->top, e, polynames);
-        polynum_to_quoly(q);
-    } else if (e == INT32_MIN) {
-        error(err_bad_exponent, "^");
-    } else {
-        quolynode *one = nullptr;
-        own(&one);
-        quoly_set(1, &one);
-        quoly_quot(one, *q, 0, q);
-        disown();
-        free_quoly(&one);
-        raise_to_power(q, -e);
-    }
-}
-
 static void power(input_stream **stream, operand *v, name_node **cursor)
 {
     std::int32_t e;
@@ -115,7 +59,9 @@ static void power(input_stream **stream, operand *v, name_node **cursor)
     const int usable = get_exponent(stream, cursor, &e, 1);
     make_private(v);
     give_back();
+    own(&v->n);
     if (usable) raise_to_power(&v->n, e);
+    disown();
 }
 
 // The others ----------------------------------------------------------------------------------------------
@@ -140,18 +86,17 @@ static void take_factorial(input_stream **stream, operand *v, name_node **cursor
     factorial(n, v->n->num);
 }
 
-// A number is its own value at any point, and has no derivative.
 static void take_evaluation(input_stream **stream, operand *v, name_node **cursor)
 {
     make_private(v);
     scanner(stream, &token, cursor);
-    error(err_bad_evaluation_list, token.text);
+    get_evalquoly(stream, &v->n, cursor);
 }
 
-static void differentiate(operand *v)
+static void take_derivative(operand *v)
 {
     make_private(v);
-    quoly_differen_once(&v->n);
+    quoly_differen_once(&v->n, 1);
 }
 
 void postfix(input_stream **stream, operand *v, name_node **cursor)
@@ -163,7 +108,7 @@ void postfix(input_stream **stream, operand *v, name_node **cursor)
     default: break;
     }
     while (token.text[0] == '"') {
-        differentiate(v);
+        take_derivative(v);
         scanner(stream, &token, cursor);
     }
 }

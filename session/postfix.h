@@ -13,8 +13,4 @@ void postfix(input_stream **stream, operand *v, name_node **cursor);
 // 116 or 32.
 int get_exponent(input_stream **stream, name_node **cursor, std::int32_t *e, int as_factor);
 
-// *q = *q ^ e. *q is announced. Errors: 32 for exponents that leave the words; 62; 22 for a negative power of
-// 0; the value is then 1.
-void raise_to_power(quolynode **q, std::int32_t e);
-
 }  // namespace kelmar

@@ -23,6 +23,12 @@ void error(int status, const char *errname);
 // Write warning `n` about `errname` and return.
 void warning(int n, const char *errname);
 
+// Write the text to the terminal's output and return.
+void tell(const char *text);
+
+// Write the report of error n at the token in hand, led by a blank, and return: nothing is unwound.
+void tell_error(int n);
+
 // Report an internal fault. With `stop` a new command level is pushed, on top of the intact state.
 void kelmar_error(const char *text, int stop);
 
@@ -30,7 +36,13 @@ void kelmar_error(const char *text, int stop);
 // unwind
 inline volatile int interrupt_flag = 0;
 
-// Answer a waiting interrupt: push a command level here. Returns when that level is left.
+// default 0; above 0 an interrupt goes on waiting: data are between two rings; who is there; reset: unwind
+inline std::int32_t interrupts_held = 0;
+// default 0; an algorithm may be interrupted in a delicate stretch; the switch &Z
+inline std::int32_t danger_ok = 0;
+
+// Answer a waiting interrupt: push a command level here. Returns when that level is left; at once while
+// interrupts are held.
 void answer_interrupt();
 
 // Answer a waiting interrupt, if there is one. Stands at safe points only, never inside the number layer.
@@ -59,6 +71,8 @@ inline std::int32_t warn_cnt = 0;
 
 // default 0; progress lines are written; the switch &V
 inline std::int32_t verbose = 0;
+// default 0; more progress lines than verbose gives; &W; reset: never
+inline std::int32_t windy = 0;
 
 // Long output -------------------------------------------------------------------------------------------
 

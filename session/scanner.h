@@ -6,6 +6,7 @@
 // of its line away. At the end of the input the scanner delivers ";" for ever.
 
 #include "session/input.h"
+#include "session/report.h"  // poll_interrupt
 #include "session/token.h"
 
 namespace kelmar {
@@ -43,6 +44,22 @@ void restore_ring(const saved_ring *kept);
 
 // *tok = the next token. Never fails. Polls: at the start.
 void scanner(input_stream **stream, token_rec *tok, name_node **cursor);
+
+// token = the next token: scanner in line, for loops that run stored statements.
+inline void next_token(input_stream **stream, name_node **cursor)
+{
+    const name_node *const here = *cursor;
+    if (__builtin_expect(here == nullptr || here->next == nullptr, 0)) {
+        scanner(stream, &token, cursor);
+        return;
+    }
+    poll_interrupt();
+    name_node *const next = here->next;
+    std::memcpy(token.text, next->text, sizeof token.text);
+    token.index = next->index;
+    currentchar = next->next;
+    *cursor = next;
+}
 
 // *tok = the next raw character, no blanks skipped. A line end is dropped with the rest of its line and
 // delivered as CR, *eol_flag = 1. At the end of the input: ";" with *eol_flag = 1.

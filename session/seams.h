@@ -12,25 +12,8 @@ namespace kelmar {
 // hand.
 void set_mod_out_command(input_stream **stream, name_node **cursor, bool asks);
 
-// Read statements from a file: letter 'R' from its beginning, 'r' from where reading stopped. name null:
-// ask for it.
-void load_command(input_stream **stream, quolynode **result, name_node **cursor, char letter,
-                  const char *name);
-
-// Write a file: letter 's' everything, 'S' what the next tokens name. name null: ask for it.
-void save_command(input_stream **stream, name_node **cursor, char letter, const char *name);
-
-// List functions, the token behind the command in hand. Errors: 222.
-void list_functions_command(input_stream **stream, name_node **cursor);
-
-// Show all settings.
-void global_dump_command();
-
 // Report an error where negative exponents would meet a relation that forbids them.
 void check_for_mod_out();
-
-// laurent = v, and all stored values follow. Errors: 377 in the word rings. Declines (0) after it.
-bool change_laurent(std::int32_t v);
 
 // The array entries follow when a variable was adjoined as level 1, and when the variable of a level is set
 // to 1, before it goes.

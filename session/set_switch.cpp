@@ -167,6 +167,8 @@ static bool value_to_word(const quolynode *value, char code, std::int32_t *v)
     *v = 0;
     if (code == random_code) return true;
     if (!quoly_to_word(value, v)) {
+        *v = 0;
+        if (code == 'p' && value->is_num) return true;  // beyond every modulus
         error(code == columns_code ? err_denominator_number : err_switch_not_number, token.text);
         return false;
     }
@@ -193,13 +195,17 @@ static void assign(const switch_row *row, const setting *s)
 static void set_number(const switch_row *row, char code, input_stream **stream, quolynode **value,
                        name_node **cursor)
 {
-    setting s = {nullptr, 0, verbose || (!*cursor && tt_flag)};
-    if (!integers_follow(stream, cursor, code)) {
+    setting s = {nullptr, 0, verbose || (!*cursor && tt_flag), integers_follow(stream, cursor, code)};
+    if (!s.integers) {
         read_value(stream, value, cursor, code);
         if (!value_to_word(*value, code, &s.v)) return;
         s.value = *value;
     }
-    if (code == 'p' && token.text[0] == ':') skip_conversions(stream, cursor);
+    if (code == 'p') {
+        if (token.text[0] == ':') skip_conversions(stream, cursor);
+        free_quoly(value);  // no value of the old ring is to be converted
+        s.value = nullptr;
+    }
     if (at_closing_paren()) assign(row, &s);
 }
 
@@ -225,7 +231,6 @@ static void set_from_value(const switch_row *row, char code, input_stream **stre
         own(&value);
         set_number(row, code, stream, &value, cursor);
         disown();
-        if (code == 'p') free_quoly(&value);
         if (!value) return;
         free_quoly(result);
         *result = value;

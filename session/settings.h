@@ -2,15 +2,14 @@
 // session/settings.h -- switches and tables whose modules do not exist yet; each moves to its module when
 // that comes.
 
+#include "gcd/polygcd.h"
 #include "poly/display.h"
 #include "poly/div_fast.h"
 #include "poly/mul.h"
 #include "quoly/quoly.h"
+#include "session/report.h"
 
 namespace kelmar {
-
-inline constexpr std::int32_t denom_count = 999;
-inline quolynode *denom[denom_count];  // the values 1 to 998, for characteristic polynomials
 
 // Polynomials -------------------------------------------------------------------------------------------
 
@@ -28,15 +27,8 @@ inline void reset_cutoffs(std::int32_t v)
     poly_cutoff = v;
 }
 
-// Display -----------------------------------------------------------------------------------------------
-
-// default 0; more progress lines than verbose gives; &W; reset: never
-inline std::int32_t windy = 0;
-
 // Gcds --------------------------------------------------------------------------------------------------
 
-// default 1; gcds in several variables use images and lifting; &O; reset: never
-inline std::int32_t chinhensel = 1;
 // default 1; gcds found by lifting are checked twice; &c; reset: never
 inline std::int32_t hen_check = 1;
 // default 400; primes looked for, at most largest_first_factor; &X; reset: never

@@ -3,6 +3,7 @@
 // Tables are read in the digit view; then the start-up file runs; then the ground ring of the session is set.
 // The ring is set again after every panic stop, because whatever was abandoned may have left it.
 #include "session/start.h"
+#include "matrix/array.h"
 #include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
@@ -12,7 +13,9 @@
 #include "numbers/random.h"
 #include "numbers/startup.h"
 #include "quoly/charpoly_data.h"
+#include "poly/ring_change.h"
 #include "poly/variables.h"
+#include "session/change_prec.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/execname.h"
@@ -77,22 +80,11 @@ static void set_stack_floor()
 static constexpr int primed_nodes = 5001;  // on the free list of polynomial terms before the first prompt
 #endif
 
-// The values 1 to 998, as numbers that hold in every mode.
-static void make_denom()
-{
-    for (std::int32_t i = 1; i < denom_count; ++i) {
-        quoly_set(i, &denom[i]);
-        denom[i]->num->word = i;
-        denom[i]->num->real = i;
-    }
-    size_data_strucs += (denom_count - 1) * (quolysize + numbersize + numnodesize);
-}
-
 static void write_banner(const char *directory)
 {
-    std::fputs("\nKelmar, a computer algebra system for polynomials and matrices.\n"
-               "This software comes with no warranty of any kind.\n",
-               Output);
+    std::fprintf(Output, "\n%s, a computer algebra system for polynomials and matrices.\n",
+                 exact_session ? "Kelmar-exact" : "Kelmar");
+    std::fputs("This software comes with no warranty of any kind.\n", Output);
     std::fprintf(Output, "Reading initialization data from directory %s\n initializing...\n", directory);
     std::fflush(Output);
 }
@@ -117,6 +109,8 @@ void prepare_session(const char *data_directory)
     open_stashes();
     register_free_lists();
     register_poly_records();
+    register_array_records();
+    register_fix_records();
     make_ring();
     make_trace();
     make_owned();
@@ -127,7 +121,7 @@ void prepare_session(const char *data_directory)
     prime_polygarb(primed_nodes);
 #endif
     srandom(1);
-    make_denom();
+    Set_prods_for_char();
     initial_memory = static_cast<std::int64_t>(memavail()) / 4;
     virtual_cut = static_cast<std::int64_t>(memavail()) / 5;
 }
@@ -212,11 +206,17 @@ static void load_startup(const char *directory)
 
 // The session -----------------------------------------------------------------------------------------------
 
+// The last step before the first prompt, and before that after a panic stop. The start-up file has run over
+// the integers; its values go over to doubles once. An exact session goes on in whatever ring is in force.
 static void set_ground_ring()
 {
-    flotemode = lintmode = exact_session ? 0 : 1;
-    modularmode = 0;
     try_rat = rat_yes = 0;
+    const bool floats_already = session_flote || flotemode;
+    if (!floats_already || exact_session) put_ring(&session_ring);
+    if (exact_session) return;
+    if (!floats_already) enter_floats();
+    session_flote = flotemode = lintmode = 1;
+    modularmode = 0;
 }
 
 static void start_session(char **argv)
@@ -229,7 +229,6 @@ static void start_session(char **argv)
     prepare_session(directory);
     std::fputs("\n ", Output);
     showtime();
-    set_ground_ring();
     load_startup(directory);
     stop_timing();
     if (timerflag) write_timing();

@@ -2,6 +2,8 @@
 //
 // A table by first character gives the handler; whatever has none is an expression, which may assign.
 #include "session/statement.h"
+#include "session/arr_assign.h"
+#include "session/arr_input.h"
 #include "session/arr_statement.h"
 #include "session/cancel.h"
 #include "session/expr.h"
@@ -12,6 +14,7 @@
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/switches.h"
+#include "session/write_out.h"
 
 namespace kelmar {
 
@@ -72,15 +75,7 @@ static void cancel_statement(input_stream **stream, quolynode **result, name_nod
 static void arrays_of_arrays_statement(input_stream **stream, quolynode **result, name_node **cursor)
 {
     scanner(stream, &token, cursor);
-    error(token.text[0] == '[' ? err_empty_slot : err_need_open_index, token.text);
-    quoly_set(0, result);
-}
-
-static void output_statement(input_stream **stream, quolynode **result, name_node **cursor)
-{
-    scanner(stream, &token, cursor);
-    error(err_bad_output_list, token.text);
-    quoly_set(0, result);
+    arr_arr_state(stream, result, cursor);
 }
 
 // Read the answer for the variable and store it; "@" leaves it as it was.
@@ -104,7 +99,7 @@ static void question_statement(input_stream **stream, quolynode **result, name_n
     token_rec name = token;
     quoly_set(0, result);
     if (name.text[0] == '[') {
-        arr_parse(stream, result, cursor, '?');
+        whole_arrinsert(stream, result, cursor);
         return;
     }
     if (!is_lower(name.text[0])) {
@@ -113,8 +108,7 @@ static void question_statement(input_stream **stream, quolynode **result, name_n
     }
     scanner(stream, &token, cursor);
     if (token.text[0] == '[') {
-        quolynode **entry;
-        new_arretrieve(stream, &name, &entry, cursor);
+        arrinsert(stream, &name, result, cursor);
         return;
     }
     begin_answer(&a);
@@ -133,7 +127,7 @@ struct statement_row {
 };
 
 static const statement_row statements[] = {
-    {'!', output_statement}, {'"', array_statement},    {'[', array_statement},
+    {'!', write_out}, {'"', array_statement},    {'[', array_statement},
     {'~', array_statement},  {'&', switch_statement},   {'%', arrays_of_arrays_statement},
     {';', empty_statement},  {'?', question_statement}, {'@', cancel_statement},
     {'A', name_statement},   {'D', name_statement},     {'M', name_statement},

@@ -1,4 +1,4 @@
-// session/storm.cpp -- a level pushed and resumed at every n-th poll.
+// session/storm.cpp -- a level pushed and resumed at every n-th poll, or a panic stop at one.
 //
 // The level gets an input of its own that says &_p, and an output that nobody reads. What it leaves behind in
 // the state of the session is then the interrupted statement's to suffer: transcripts must not change.
@@ -18,10 +18,15 @@ static constexpr int storm_period = 3;  // polls from one level to the next
 
 void storm_poll()
 {
-    static int polls = 0;
     static int raging = 0;
     static std::FILE *const unseen = std::fopen("/dev/null", "w");
-    if (raging || levelcount >= highest_level || ++polls % storm_period != 0) return;
+    if (raging || interrupts_held) return;
+    ++storm_polls;
+    if (storm_stop_at >= 0) {
+        if (storm_polls == storm_stop_at) error(panic_stop, " ");
+        return;
+    }
+    if (levelcount >= highest_level || storm_polls % storm_period != 0) return;
     static const unsigned char leave[] = "\n&_p\n";
     input_stream answers;
     input_stream *const input = Input;

@@ -1,7 +1,15 @@
 #pragma once
 // session/storm.h -- a build for tests in which interrupts never stop.
 
+#include <cstdint>
+
 namespace kelmar {
+
+// default 0; polls so far; storm_poll; reset: never
+inline std::int64_t storm_polls = 0;
+// default -1; the poll at which the statement is given up; with 0, or one that is past, none is, and no level
+// is pushed either; tests; reset: never
+inline std::int64_t storm_stop_at = -1;
 
 // Now and then push a command level here and leave it at once, unseen. Nothing that a session
 // shows may change.

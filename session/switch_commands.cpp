@@ -4,6 +4,7 @@
 // statement leaves the terminator, and by that tells the caller to scan no further.
 #include "session/switch_commands.h"
 #include <ctime>
+#include "gcd/stash.h"
 #include "numbers/mode.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
@@ -11,7 +12,10 @@
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
+#include "session/files.h"
+#include "session/global_dump.h"
 #include "session/levels.h"
+#include "session/list_functions.h"
 #include "session/listing.h"
 #include "session/loop.h"
 #include "session/output.h"
@@ -159,7 +163,7 @@ void count_gcd_stash(input_stream **stream, quolynode **result, name_node **curs
     if (lookupgcd > 0) text = plus ? " stashing on." : " popped, but stashing remains in effect.";
     if (lookupgcd < 0) text = plus ? " pushed, but stashing still off." : "";
     if (typed_at_terminal(cursor)) std::fputs(text, Output);
-    if (!plus && lookupgcd == 0) release_gcd_stash();
+    if (!plus && lookupgcd == 0) free_gcd_stash();
     quoly_set(lookupgcd, result);
 }
 
@@ -196,7 +200,7 @@ void read_value_literal(input_stream **stream, quolynode **result, name_node **c
 void list_functions_switch(input_stream **stream, quolynode **, name_node **cursor)
 {
     scanner(stream, &token, cursor);
-    list_functions_command(stream, cursor);
+    listfuncs(stream, cursor);
 }
 
 void list_variables_switch(input_stream **stream, quolynode **, name_node **cursor)
@@ -206,12 +210,12 @@ void list_variables_switch(input_stream **stream, quolynode **, name_node **curs
         error(err_bad_list_end, token.text);
         return;
     }
-    listvars();
+    listvars(token.text[0] == ':');
 }
 
 void global_dump_switch(input_stream **, quolynode **, name_node **)
 {
-    global_dump_command();
+    global_dump();
 }
 
 // A computation shows its work array only while it runs.

@@ -11,9 +11,11 @@
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/levels.h"
+#include "session/load.h"
 #include "session/output.h"
 #include "session/prompt.h"
 #include "session/report.h"
+#include "session/save.h"
 #include "session/seams.h"
 #include "session/settings.h"
 
@@ -30,8 +32,7 @@ bool quoly_to_word(const quolynode *q, std::int32_t *v)
     return true;
 }
 
-// Ask, and read the answer into *answer. true_integers: with no modulus.
-static void begin_question(asking *a, const char *question, quolynode **answer, bool true_integers)
+void begin_question(asking *a, const char *question, quolynode **answer, bool true_integers)
 {
     std::int32_t saved = 0;
     std::fputs(question, Output);
@@ -286,6 +287,7 @@ void ask_display_size(input_stream **, quolynode **result, name_node **)
     std::int32_t v;
     if (!ask_word(" Enter display size. \n", err_not_a_number, result, &v)) return;
     disp_size = v < 0 ? 0 : v;
+    calc_disp();
     if (disp_size > huge_disp_size) std::fputs("Warning.  Very large disp_size.\n", Output);
     std::fprintf(Output, "new display size: %2d\n", disp_size);
     quoly_set(0, result);
@@ -383,19 +385,6 @@ void assign_random_denominator(const setting *s)
     set_random_denominator(s->value, s->talk);
 }
 
-// The ground ring ---------------------------------------------------------------------------------------
-
-void change_ring(input_stream **, quolynode **, name_node **)
-{
-    error(levelcount > 1 ? err_not_at_level : err_wrong_ring, token.text);
-}
-
-void assign_ring(const setting *)
-{
-    const bool fixed = lintmode && !modularmode;
-    error(!fixed && levelcount > 1 ? err_not_at_level : err_wrong_ring, token.text);
-}
-
 // Texts -------------------------------------------------------------------------------------------------
 
 static constexpr int longest_prompt = 10;
@@ -450,18 +439,18 @@ void take_prompt(const char *text, input_stream **, quolynode **, name_node **)
 }
 
 // The letter in hand tells how: R from the beginning, r from where reading stopped.
-void load_switch(input_stream **stream, quolynode **result, name_node **cursor)
+void load_switch(input_stream **, quolynode **result, name_node **)
 {
-    load_command(stream, result, cursor, token.text[0], nullptr);
+    load_command(result, token.text[0], nullptr);
 }
 
-void take_input_name(const char *text, input_stream **stream, quolynode **result, name_node **cursor)
+void take_input_name(const char *text, input_stream **, quolynode **result, name_node **)
 {
     if (text[0] == 0) {
         error(err_bad_quoted_text, token.text);
         return;
     }
-    load_command(stream, result, cursor, 'R', text);
+    load_command(result, 'R', text);
 }
 
 // The letter in hand tells what: s everything, S what the next tokens name.

@@ -5,6 +5,7 @@
 // statements is. In &(x = v) they take a value that was read already, and say so only at the terminal or
 // when `verbose` is on.
 
+#include "session/prompt.h"
 #include "session/switches.h"
 
 namespace kelmar {
@@ -12,6 +13,9 @@ namespace kelmar {
 // The whole number that q is or is near to; a float that is near to none is truncated toward zero. Declines
 // (0) when q is no number, or none below 2^31 in magnitude.
 bool quoly_to_word(const quolynode *q, std::int32_t *v);
+
+// Ask, and read the answer into *answer; end_answer ends it. true_integers: with no modulus.
+void begin_question(asking *a, const char *question, quolynode **answer, bool true_integers);
 
 #define KELMAR_FLAG(plain, under, code, global, talk, values, hook, on, off, set_on, set_off, unchanged, what)
 #define KELMAR_NUMBER(plain, under, code, global, values, ask, assign, what)                                 \

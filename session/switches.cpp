@@ -5,7 +5,9 @@
 // When that ends the statement nothing more is scanned; otherwise the token behind the command is.
 #include "session/switches.h"
 #include "numbers/decimal.h"
+#include "session/change_prec.h"
 #include "session/errors.h"
+#include "session/files.h"
 #include "session/levels.h"
 #include "session/loop.h"
 #include "session/output.h"

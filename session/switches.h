@@ -15,9 +15,10 @@ typedef void (*switch_handler)(input_stream **stream, quolynode **result, name_n
 
 // What &(x = v) brings to a switch with a number.
 struct setting {
-    const quolynode *value;  // v; null for _i
+    const quolynode *value;  // v; null for a ground ring
     std::int32_t v;          // v as a word; 0 where a switch takes v as it is
     bool talk;               // write the text
+    bool integers;           // for v stands _i
 };
 static_assert(std::is_trivial_v<setting>);
 

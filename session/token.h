@@ -30,7 +30,7 @@ struct name_node {
     name_node *next;      // the next token
     std::int32_t linked;  // 1 when ptr is valid; parameter: it holds an array
     std::int32_t spaced;  // a blank followed in the source; parameter: its array is sparse
-    std::int32_t kind;    // linked: 1 scalar, 2 entry with fixed index, 3 entry with computed index
+    std::int32_t kind;    // linked: what it is, a linked_kind
 };
 static_assert(std::is_trivial_v<name_node>);
 
@@ -47,6 +47,13 @@ inline bool token_is(const token_rec *t, const char *text)
 {
     return std::strcmp(t->text, text) == 0;
 }
+
+// What a linked token names; ptr is the slot of a scalar, and an entry_link of the others.
+enum linked_kind : std::int32_t {
+    linked_scalar = 1,
+    linked_entry,  // an entry with a fixed index
+    linked_array   // an array: the index is computed
+};
 
 // t = the text, cut to the room there is; not hashed.
 void set_token(token_rec *t, const char *text);

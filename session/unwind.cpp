@@ -4,14 +4,23 @@
 // product had gathered. Operands are never altered in place, so there is nothing to repair. Nothing on the
 // frames in between has a destructor.
 #include "session/unwind.h"
+#include "gcd/polygcd.h"
 #include "poly/mul_work.h"
+#include "poly/ring_change.h"
 #include "poly/variables.h"
+#include "quoly/mul.h"
+#include "session/arr_expr.h"
+#include "session/arr_system.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
+#include "session/files.h"
 #include "session/func_records.h"
 #include "session/levels.h"
+#include "session/load.h"
 #include "session/owned.h"
 #include "session/progress.h"
+#include "session/report.h"
+#include "session/save.h"
 #include "session/scanner.h"
 
 namespace kelmar {
@@ -31,7 +40,10 @@ static const forgetter forgetters[] = {
     {evaluator_on_error, 0},
     {forget_warnings, 0},
     {leave_temporary_ring, 1},
+    {leave_given_variables, 0},
     {progress_on_unwind, 1},
+    {gcd_on_error, 0},
+    {clear_gcd_counters, 1},
 };
 
 void set_abandon_point(abandon_point *here)
@@ -41,6 +53,8 @@ void set_abandon_point(abandon_point *here)
     here->pending_mark = pending_top;
     here->calls_mark = newest_call;
     here->definitions_mark = func_def_count;
+    here->ring_mark = innermost_ring;
+    here->values_mark = newest_value;
     here->outer = abandon_to;
     abandon_to = here;
 }
@@ -57,10 +71,22 @@ void forget_on_error(int status)
     }
 }
 
+void leave_abandoned_rings(bool for_good)
+{
+    leave_rings_to(for_good || !abandon_to ? nullptr : abandon_to->ring_mark);
+    interrupts_held = 0;
+}
+
 void release_abandoned()
 {
+    leave_abandoned_rings(true);
     release_work();
+    gcd_on_unwind();
+    loads_on_unwind();
+    saves_on_unwind();
+    files_on_unwind();
     release_calls(nullptr);
+    arrays_on_unwind();
     release_pending(nullptr);
     free_owned(0);
     operands_on_unwind();
@@ -81,7 +107,10 @@ void jump_to_exit()
 
 void abandon_statement()
 {
+    leave_abandoned_rings(false);
     release_calls(abandon_to->calls_mark);
+    release_values(abandon_to->values_mark);
+    want_sparse = wanted_rows = wanted_cols = 0;
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);
     borrowed = abandon_to->borrowed_mark;

@@ -15,6 +15,8 @@ inline sigjmp_buf buf98;    // exit: &q and the end of the input
 
 struct pending;  // session/func_records.h
 struct call_frame;
+struct arr_value;
+struct ring_bracket;  // poly/ring_change.h
 
 // Where a statement that cannot go on is abandoned with value 0, and the next one runs.
 struct abandon_point {
@@ -23,8 +25,10 @@ struct abandon_point {
     int borrowed_mark;      // operands borrowed then
     pending *pending_mark;  // what was being read, and the call that ran, then
     call_frame *calls_mark;
-    int definitions_mark;  // definitions in progress then
-    abandon_point *outer;  // the point in force before
+    int definitions_mark;     // definitions in progress then
+    arr_value *values_mark;   // array values announced then
+    ring_bracket *ring_mark;  // the stretch in another ring that was in force then
+    abandon_point *outer;     // the point in force before
 };
 
 // default null; the innermost abandon point; statement loops and function bodies; reset: unwind
@@ -37,7 +41,11 @@ void drop_abandon_point(abandon_point *here);
 // Call the forgetters: those of every error, with status >= 0 also those of an abandoned computation.
 void forget_on_error(int status);
 
-// Free what evaluators own, and what running products have gathered.
+// Leave the stretches in other rings that belong to the innermost statement, or to all of them: operands that
+// were converted, and the ring, are as they were.
+void leave_abandoned_rings(bool for_good);
+
+// Leave all stretches in other rings. Free what evaluators own, and what running products have gathered.
 void release_abandoned();
 
 // Do so, and jump to the restart point.

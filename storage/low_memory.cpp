@@ -23,6 +23,7 @@ void release_gcd_stash()
     if (modularmode && prev_modulus != -1 && prev_modulus != modulus) {
         kelmar_error("prev_modulus = modulus in free_gcd_stash", 1);
     }
+    ++gcd_stash_age;
     for (quolynode *&list : gcd_stash) free_entries(&list);
     gcdmass = 0;
     lookupgcd = 0;

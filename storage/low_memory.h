@@ -20,6 +20,8 @@ inline std::uint64_t gcdmass = 0;
 inline std::int32_t lookupgcd = 0;
 // default 0; entries that wait for the end of a running gcd; polygcd; reset: unwind
 inline std::int32_t polygcd_stack_depth = 0;
+// default 0; one more whenever entries are freed; the gcd stash; reset: never
+inline std::uint32_t gcd_stash_age = 0;
 // default -1; the modulus under which the stash was filled, -1 for none; the gcd stash; reset: mode
 inline std::int32_t prev_modulus = -1;
 

@@ -234,4 +234,55 @@ static void integer_dense(benchmark::State &state)
 }
 BENCHMARK(integer_dense)->Arg(20)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
 
+// Random coefficients of so many digits in place of those of p.
+static void lengthen(polynode *p, std::int32_t digits, std::uint64_t *state)
+{
+    for (; p; p = p->next) {
+        if (!p->isnum) {
+            lengthen(p->coef, digits, state);
+            continue;
+        }
+        setvalue(1 + static_cast<std::int32_t>(next_random(state) & (digit_mask >> 1)), p->num);
+        for (std::int32_t k = 1; k < digits; ++k) {
+            numnode *const tail = new_digit(static_cast<std::int32_t>(next_random(state) & digit_mask),
+                                            nullptr);
+            p->num->tail->next = tail;
+            p->num->tail = tail;
+            ++p->num->size;
+        }
+    }
+}
+
+// All terms up to degree k in so many variables, with coefficients of so many digits.
+static void integer_long(benchmark::State &state)
+{
+    use_integers();
+    std::uint64_t random = 1;
+    polynode *f[2];
+    for (polynode *&p : f) {
+        p = power_of_sum(static_cast<std::int32_t>(state.range(0)),
+                         static_cast<std::int32_t>(state.range(1)));
+        lengthen(p, static_cast<std::int32_t>(state.range(2)), &random);
+    }
+    time_product(state, f[0], f[1]);
+}
+BENCHMARK(integer_long)
+    ->Args({3, 12, 2})
+    ->Args({3, 12, 3})
+    ->Args({3, 12, 5})
+    ->Args({3, 12, 10})
+    ->Args({4, 8, 3})
+    ->Args({4, 8, 5})
+    ->Args({4, 8, 10})
+    ->Args({3, 16, 5})
+    ->Args({2, 30, 5})
+    ->Args({3, 12, 20})
+    ->Args({3, 12, 40})
+    ->Args({3, 6, 5})
+    ->Args({3, 4, 5})
+    ->Args({1, 200, 3})
+    ->Args({1, 2000, 3})
+    ->Args({1, 2000, 10})
+    ->Unit(benchmark::kMillisecond);
+
 BENCHMARK_MAIN();

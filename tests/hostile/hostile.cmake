@@ -16,6 +16,12 @@ if(KELMAR_FAIL_ALLOC)
   endforeach()
 endif()
 
+# A panic stop at every poll.
+if(KELMAR_STORM)
+  kelmar_test_program(${CMAKE_CURRENT_SOURCE_DIR}/hostile/stops_test.cpp ${CMAKE_CURRENT_SOURCE_DIR})
+  set_tests_properties(hostile_stops_test PROPERTIES LABELS hostile TIMEOUT 600)
+endif()
+
 # Interrupts at random times, in every build.
 add_test(NAME hostile/interrupts COMMAND ${python_program} -I -S
   ${CMAKE_CURRENT_SOURCE_DIR}/hostile/interrupts $<TARGET_FILE:kelmar> 2000)

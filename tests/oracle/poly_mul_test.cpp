@@ -54,10 +54,31 @@ TEST(PolyMultOracle, LongIntegersInOneToSixVariables)
     }
 }
 
+// Lengths of coefficients on both sides of what flat arrays take; sparse, and dense enough for transforms.
+TEST(PolyMultOracle, LongIntegersOfEveryLength)
+{
+    test_random r;
+    in_view live(view_digits);
+    for (const std::int32_t digits : {3, 5, 8, 11, 14, 22, 45, 46, 60}) {
+        for (const std::int32_t degree : {30, 200, 100000}) {
+            poly_shape shape;
+            shape.vars = degree == 30 ? 2 : 1;
+            shape.terms = 500;
+            shape.degree = degree;
+            shape.digits = digits;
+            poly_operand a(random_poly(&r, shape)), b(random_poly(&r, shape));
+            expect_flint_product(a.p, b.p, shape.vars);
+            expect_flint_product(a.p, a.p, shape.vars);
+            if (HasFailure()) FAIL() << "seed " << r.seed << ", " << digits << " digits";
+        }
+    }
+}
+
 TEST(PolyMultOracle, LongListsOfLongIntegersByHalves)
 {
     test_random r;
     in_view live(view_digits);
+    const with_value cut(&flat_mult_cut, never);
     poly_shape shape;
     shape.terms = 2000;
     shape.degree = 900;

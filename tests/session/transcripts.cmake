@@ -1,5 +1,6 @@
 # session/<topic>/<case>.in and .out: one ctest entry each, run by run_transcript. A file <case>.skip names, one
-# a line, the hostile variants (tiny, storm, fail-alloc) under which the transcript is meant to differ.
+# a line, the hostile variants (tiny, storm, fail-alloc) under which the transcript is meant to differ. The cases
+# of session/both/ are run by both programs, which must write the same.
 set(variant none)
 if(KELMAR_TINY_LIMITS)
   set(variant tiny)
@@ -26,4 +27,9 @@ foreach(case ${cases})
   add_test(NAME ${name} COMMAND ${python_program} -I -S
     ${CMAKE_CURRENT_SOURCE_DIR}/session/run_transcript --programs ${PROJECT_BINARY_DIR} ${case})
   set_tests_properties(${name} PROPERTIES LABELS session ENVIRONMENT "${test_environment}" TIMEOUT 120)
+  if(name MATCHES "^session/both/")
+    add_test(NAME ${name}.exact COMMAND ${python_program} -I -S
+      ${CMAKE_CURRENT_SOURCE_DIR}/session/run_transcript --exact --programs ${PROJECT_BINARY_DIR} ${case})
+    set_tests_properties(${name}.exact PROPERTIES LABELS session ENVIRONMENT "${test_environment}" TIMEOUT 120)
+  endif()
 endforeach()

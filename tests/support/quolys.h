@@ -1,7 +1,8 @@
 #pragma once
-// tests/support/quolys.h -- scalar values for tests: plain numbers and polynomials alike.
+// tests/support/quolys.h -- scalar values for tests: plain numbers, polynomials and quotients alike.
 
 #include "poly/node.h"
+#include "quoly/normal_form.h"
 #include "quoly/quoly.h"
 #include "tests/support/polys.h"
 
@@ -27,19 +28,13 @@ struct value_operand {
     value_operand &operator=(const value_operand &) = delete;
 };
 
-// poly_text of the value; a plain number is its constant.
+// poly_text of the value; a plain number is its constant. A denominator stands behind " / ".
 inline std::string value_text(const kelmar::quolynode *q)
 {
     if (!q) return "null";
     kelmar::polynode room;
-    return poly_text(kelmar::as_poly(q, &room));
-}
-
-// The value keeps the rules: a constant is a plain number, anything else a normal polynomial.
-inline bool quoly_is_normal(const kelmar::quolynode *q, std::int32_t levels)
-{
-    if (q->is_num) return true;
-    return !q->den && !q->is_rat && !kelmar::is_constant(q->top) && kelmar::poly_is_normal(q->top, levels);
+    const std::string top = poly_text(kelmar::as_poly(q, &room));
+    return q->is_num || !q->den ? top : top + " / " + poly_text(q->den);
 }
 
 }  // namespace kelmar_test

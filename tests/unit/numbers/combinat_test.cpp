@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 #include "numbers/startup.h"
+#include "tests/support/catch_error.h"
 #include "tests/support/data_files.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
@@ -310,6 +311,80 @@ TEST(ModBinom, AgreesWithTheExactOneForPrimeAndCompositeModuli)
         audit.expect_unchanged("mod_binom");
     }
     mpz_clear(z);
+}
+
+// Coefficients of long rows, where the whole number is out of reach: C(n, k) modulo a b for coprime primes a
+// and b is known from its residues modulo both.
+TEST(ModBinom, DividesInACompositeRingWhereTheFactorialHasAnInverse)
+{
+    const std::int32_t a = 32749, b = 65521;
+    const std::int32_t n = 2000000011, k = 30000;  // k below both
+    in_view modular(view_modular, a * b);
+    mod_is_prime = 0;
+    number r;
+    r.size = 0;
+    mod_binom(n, k, &r);
+    const std::int32_t found = r.word;
+    EXPECT_EQ(imod_binom(n, k), found);
+    EXPECT_EQ(imod_binom(n, n - k), found);
+    for (std::int32_t p : {a, b}) {
+        in_view prime(view_modular, p);
+        mod_is_prime = 1;
+        EXPECT_EQ(imod_binom(n, k), found % p) << p;
+    }
+}
+
+TEST(Binomial, LongerThanTheLongestNumberIsError347)
+{
+    load_from(data_directory);
+    in_view digits(view_digits);
+    number r;
+    r.size = 0;
+    EXPECT_EQ(caught_error([&] { binomial(2000000000, 1000000000, &r); }), 347);
+    EXPECT_EQ(caught_error([&] { binomial(2000000000, 50000, &r); }), 347);
+    EXPECT_EQ(caught_error([&] { binomial(2000000000, 1999999999, &r); }), 0);
+    EXPECT_EQ(r.size, 2) << "2000000000";
+    EXPECT_EQ(caught_error([&] { binomial(40000, 20000, &r); }), 0);
+    mpz_t z;
+    mpz_init(z);
+    mpz_bin_uiui(z, 40000, 20000);
+    expect_value(&r, z, "the middle of row 40000");
+    mpz_clear(z);
+    special_free(&r);
+}
+
+TEST(ModBinom, TooLongForACompositeModulusIsError87)
+{
+    load_from(data_directory);
+    in_view modular(view_modular, 15);
+    mod_is_prime = 0;
+    number r;
+    r.size = 0;
+    r.word = 7;
+    EXPECT_EQ(caught_error([&] { mod_binom(2000000000, 1000000000, &r); }), 87);
+    EXPECT_EQ(r.word, 0);
+    EXPECT_EQ(caught_error([&] { mod_binom(2000000000, 50000, &r); }), 87);
+    EXPECT_EQ(caught_error([&] { mod_binom(2000000000, 2, &r); }), 0);
+    EXPECT_EQ(r.word, 1999999999 % 15 * (1000000000 % 15) % 15);
+    EXPECT_EQ(caught_error([&] { mod_binom(2000000000, 3, &r); }), 0) << "3 has no inverse, but it is short";
+    EXPECT_EQ(r.word, static_cast<std::int32_t>(static_cast<unsigned __int128>(1000000000) * 1999999999 *
+                                                (1999999998 / 3) % 15));
+    mod_is_prime = 1;
+    modulus = 17;
+    EXPECT_EQ(caught_error([&] { mod_binom(2000000000, 1000000000, &r); }), 0)
+        << "a prime modulus always does";
+}
+
+TEST(ModBinom, TheWordFormRaisesItsOwnError279)
+{
+    in_view modular(view_modular, 15);
+    mod_is_prime = 0;
+    std::int32_t word = 7;
+    EXPECT_EQ(caught_error([&] { word = imod_binom(2000000000, 1000000000); }), 279);
+    EXPECT_EQ(caught_error([&] { word = imod_binom(6, 2); }), 0);
+    EXPECT_EQ(word, 0);
+    EXPECT_EQ(imod_binom(3, 5), 0);
+    EXPECT_EQ(imod_binom(3, -1), 0);
 }
 
 TEST(ModBinom, IsModulo2InATableField)

@@ -202,3 +202,66 @@ TEST(ChangeFlote, IsInfiniteBeyondTheRangeOfDoubles)
     EXPECT_EQ(above.n.real, HUGE_VAL);
     EXPECT_EQ(below.n.real, -HUGE_VAL);
 }
+
+TEST(FillResidue, IsWhatChangeNumGives)
+{
+    test_random r;
+    long_operand a;
+    for (const std::int32_t m :
+         {2, 3, 7, 255, 65521, 65535, 65536, 1 << 28, 1000000007, 2147483629, 2147483646}) {
+        in_view modular(view_modular, m);
+        residue_ring ring;
+        set_residue_ring(&ring, 1);
+        for (int k = 0; k < 3000; ++k) {
+            a.draw(&r, 6);
+            change_num(&a.n, 0, 1);
+            const std::int32_t wanted = a.n.word;
+            ASSERT_EQ(wanted, static_cast<std::int32_t>(mpz_fdiv_ui(a.z, static_cast<unsigned long>(m))));
+            ASSERT_EQ(fill_residue(&a.n, &ring), wanted);
+            ASSERT_EQ(a.n.word, wanted);
+        }
+    }
+}
+
+TEST(ChangeNum, TwoToThe28IsTheHornerStepItself)
+{
+    in_view modular(view_modular, 7);
+    set_modulus(7);
+    EXPECT_EQ(word_of("268435456"), two28_mod);
+    EXPECT_EQ(word_of("-268435456"), 7 - two28_mod);
+}
+
+TEST(DigitRatio, IsTheNearestDoubleOrNextToIt)
+{
+    test_random r;
+    long_operand a, b;
+    mpq_t q;
+    mpq_init(q);
+    for (int k = 0; k < 20000; ++k) {
+        a.draw(&r, 5);
+        b.draw(&r, 5);
+        if (mpz_sgn(b.z) == 0) continue;
+        mpq_set_num(q, a.z);
+        mpq_set_den(q, b.z);
+        mpq_canonicalize(q);
+        const double wanted = mpq_get_d(q);  // truncated
+        const double v = digit_ratio(&a.n, &b.n);
+        ASSERT_LE(std::fabs(v - wanted), std::fabs(wanted) * 0x1p-52);
+    }
+    mpq_clear(q);
+}
+
+TEST(DigitRatio, HoldsBeyondTheRangeOfDoubles)
+{
+    long_operand a, b;
+    mpz_ui_pow_ui(a.z, 10, 4000);
+    mpz_ui_pow_ui(b.z, 10, 3998);
+    a.load();
+    b.load();
+    EXPECT_EQ(digit_ratio(&a.n, &b.n), 100.0);
+    EXPECT_EQ(digit_ratio(&b.n, &a.n), 0.01);
+    mpz_set_ui(b.z, 1);
+    b.load();
+    EXPECT_EQ(digit_ratio(&a.n, &b.n), HUGE_VAL);
+    EXPECT_EQ(digit_ratio(&b.n, &a.n), 0.0);
+}

@@ -525,6 +525,51 @@ TEST(ShowInt, PaddingFillsUpToTheDisplaySize)
     EXPECT_EQ(shown_groups({7}, 0, 1, 1).text, "00000000 00000000 `\n 00000000 00000007");
 }
 
+std::string decimals_of_one()
+{
+    number groups;
+    groups.size = 0;
+    const in_view view(view_digits);
+    make_base_10(&disp_cons, &groups);
+    std::string text = std::to_string(groups.head->digit);
+    for (const numnode *node = groups.head->next; node; node = node->next) text += node->digit ? "?" : "0";
+    special_free(&groups);
+    return text;
+}
+
+TEST(CalcDisp, FiveGroupsAreTenToThe40)
+{
+    const kept_settings kept;
+    disp_size = 5;
+    calc_disp();
+    EXPECT_EQ(decimals_of_one(), "100000");
+}
+
+TEST(CalcDisp, FollowsTheDisplaySizeInEveryView)
+{
+    const kept_settings kept;
+    for (const num_view v : {view_float, view_field, view_modular, view_word, view_small, view_digits}) {
+        const in_view view(v);
+        for (const std::int32_t groups : {3, 0, 1, 17}) {
+            disp_size = groups;
+            calc_disp();
+            EXPECT_EQ(decimals_of_one(), "1" + std::string(static_cast<std::size_t>(groups), '0'));
+        }
+    }
+}
+
+TEST(CalcDisp, MoreGroupsThanALongIntegerHasStandForThatMany)
+{
+    const kept_settings kept;
+    disp_size = 2147483647;
+    EXPECT_EQ(places_shown(), groups_limit);
+    calc_disp();
+    EXPECT_EQ(disp_cons.size, 32769);  // the longest integer has 32,767
+    disp_size = 5;
+    calc_disp();
+    EXPECT_EQ(disp_cons.size, 5);
+}
+
 TEST(RoundTrip, DisplayedLongIntegersReadBack)
 {
     const kept_settings kept;

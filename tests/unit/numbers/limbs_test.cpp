@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 #include "numbers/compare.h"
-#include "numbers/limb_div.h"
+#include "numbers/limb_root.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
@@ -159,6 +159,81 @@ TEST(DivideLimbs, EveryPairOfSizes)
         }
     }
     mpz_clears(zu, zb, zq, zr, found, nullptr);
+}
+
+// The root and what is left of it, for a of 2n limbs with one of its two top bits set.
+static void expect_root(const mpz_t za, std::int32_t n)
+{
+    mpz_t want, rest, found;
+    mpz_inits(want, rest, found, nullptr);
+    std::vector<limb> a(static_cast<std::size_t>(2 * n)), s(static_cast<std::size_t>(n));
+    mpz_export(a.data(), nullptr, -1, sizeof(limb), 0, 64 - limb_bits, za);
+    std::vector<limb> scratch(static_cast<std::size_t>(root_scratch(n)));
+    const limb over = root_limbs(s.data(), a.data(), n, scratch.data());
+    mpz_sqrtrem(want, rest, za);
+    value_of_limbs(s.data(), n, found);
+    EXPECT_EQ(mpz_cmp(want, found), 0) << "root of " << 2 * n << " limbs";
+    value_of_limbs(a.data(), n, found);
+    mpz_set_ui(want, over);
+    mpz_mul_2exp(want, want, static_cast<mp_bitcnt_t>(limb_bits) * static_cast<mp_bitcnt_t>(n));
+    mpz_add(found, found, want);
+    EXPECT_EQ(mpz_cmp(rest, found), 0) << "rest of " << 2 * n << " limbs";
+    mpz_clears(want, rest, found, nullptr);
+}
+
+TEST(RootLimbs, EverySizeWithRandomLimbs)
+{
+    test_random r;
+    mpz_t z;
+    mpz_init(z);
+    for (std::int32_t n = 1; n <= longest / 2; ++n) {
+        for (int i = 0; i < 20; ++i) {
+            std::vector<limb> a = draw_limbs(&r, 2 * n);
+            a.back() |= limb{1} << (limb_bits - 1 - static_cast<int>(r.below(2)));
+            value_of_limbs(a.data(), 2 * n, z);
+            expect_root(z, n);
+            if (testing::Test::HasFailure()) FAIL() << "seed " << r.seed;
+        }
+    }
+    mpz_clear(z);
+}
+
+TEST(RootLimbs, SquaresAndTheirNeighbours)
+{
+    test_random r;
+    mpz_t root, z;
+    mpz_inits(root, z, nullptr);
+    for (std::int32_t n = 1; n <= longest / 2; ++n) {
+        for (int i = 0; i < 20; ++i) {
+            std::vector<limb> s = draw_limbs(&r, n);
+            if (i < 4) std::fill(s.begin(), s.begin() + n / 2, i & 1 ? limb_mask : 0);
+            if (i & 2) std::fill(s.begin() + n / 2, s.end(), limb_mask);
+            s.back() |= limb{1} << (limb_bits - 1);
+            value_of_limbs(s.data(), n, root);
+            mpz_mul(z, root, root);
+            expect_root(z, n);
+            mpz_addmul_ui(z, root, 2);
+            expect_root(z, n);  // the greatest with this root
+            mpz_mul(z, root, root);
+            mpz_sub_ui(z, z, 1);
+            if (mpz_sizeinbase(z, 2) + 1 >= static_cast<std::size_t>(2 * n) * limb_bits) expect_root(z, n);
+            if (testing::Test::HasFailure()) FAIL() << "seed " << r.seed;
+        }
+    }
+    mpz_clears(root, z, nullptr);
+}
+
+TEST(RootLimbs, LargestOperand)
+{
+    mpz_t z;
+    mpz_init(z);
+    for (std::int32_t n : {1, 2, 3, 4, 5, 9, 40, 41, 300}) {
+        mpz_set_ui(z, 1);
+        mpz_mul_2exp(z, z, static_cast<mp_bitcnt_t>(2 * n * limb_bits));
+        mpz_sub_ui(z, z, 1);
+        expect_root(z, n);
+    }
+    mpz_clear(z);
 }
 
 TEST(ShiftLimbs, UpAndDownByEveryCount)

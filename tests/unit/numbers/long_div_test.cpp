@@ -107,6 +107,24 @@ TEST(Divide, ZeroDivisorDoesNothing)
     audit.expect_unchanged("zero divisor");
 }
 
+TEST(Divide, ZeroDigitsInsideTheQuotient)
+{
+    number a = chain_of({1, 0, 0, 1}), base = chain_of({1, 0}), three = chain_of({3}), q, r;
+    q.size = r.size = 0;
+    divide(&a, &base, &q, &r);
+    expect_digits(&q, {1, 0, 0});
+    expect_digits(&r, {1});
+    number square = chain_of({1, 0, 0});
+    divide(&square, &three, &q, &r);
+    expect_digits(&q, {digit_mask / 3, digit_mask / 3});
+    expect_digits(&r, {1});
+    number sparse = chain_of({6, 0, 0, 3, 0, 1});
+    divide(&sparse, &three, &q, &r);
+    expect_digits(&q, {2, 0, 0, 1, 0, 0});
+    expect_digits(&r, {1});
+    for (number *n : {&a, &base, &three, &q, &r, &square, &sparse}) special_free(n);
+}
+
 TEST(Divide, ByTheBase)
 {
     record_audit audit;

@@ -128,6 +128,53 @@ TEST(FastMult, AgreesWithSchoolbookAroundTheThresholds)
     audit.expect_unchanged("thresholds");
 }
 
+TEST(FastMult, SeventeenBySeventeenBySixteenAndFortyByTwentyDigits)
+{
+    long_operand a, b, c;
+    const int pairs[][2] = {{17, 17}, {17, 16}, {16, 17}, {40, 20}, {20, 40}};
+    for (const auto &sizes : pairs) {
+        a.n = power_of_base(sizes[0]);  // one less: every digit at its largest
+        b.n = power_of_base(sizes[1]);
+        number one = chain_of({1});
+        fastdiff(&a.n, &one);
+        fastdiff(&b.n, &one);
+        ASSERT_EQ(a.n.size, sizes[0]);
+        ASSERT_EQ(b.n.size, sizes[1]);
+        fast_mult(&a.n, &b.n, &c.n);
+        mpz_set_ui(a.z, 1);
+        mpz_mul_2exp(a.z, a.z, static_cast<mp_bitcnt_t>(sizes[0]) * digit_bits);
+        mpz_sub_ui(a.z, a.z, 1);
+        mpz_set_ui(b.z, 1);
+        mpz_mul_2exp(b.z, b.z, static_cast<mp_bitcnt_t>(sizes[1]) * digit_bits);
+        mpz_sub_ui(b.z, b.z, 1);
+        mpz_mul(c.z, a.z, b.z);
+        EXPECT_TRUE(holds_value(&c.n, c.z)) << sizes[0] << " by " << sizes[1];
+        special_free(&one);
+        special_free(&a.n);
+        special_free(&b.n);
+    }
+}
+
+TEST(FastMult, SizesPast16BitsAreExact)
+{
+    record_audit audit;
+    {
+        test_random r;
+        long_operand a, b, c;
+        mpz_ui_pow_ui(a.z, 7, 400000);  // 40,105 digits
+        mpz_ui_pow_ui(b.z, 3, 600000);  // 33,964
+        mpz_add_ui(a.z, a.z, static_cast<unsigned long>(r.below(1000000)));
+        a.load();
+        b.load();
+        ASSERT_GT(a.n.size, 40000);
+        fast_mult(&a.n, &b.n, &c.n);
+        mpz_mul(c.z, a.z, b.z);
+        EXPECT_GT(c.n.size, 65535);
+        EXPECT_TRUE(holds_value(&c.n, c.z)) << "seed " << r.seed;
+    }
+    audit.expect_unchanged("a long product");
+}
+
 TEST(FastMult, LowHalvesOfZerosAreExact)
 {
     record_audit audit;

@@ -190,6 +190,23 @@ TEST_F(ResidueRoot, AllResiduesOfSmallPrimes)
     }
 }
 
+TEST_F(ResidueRoot, NonResiduesGiveZero)
+{
+    enter(7);
+    for (std::int32_t x : {3, 5, 6}) EXPECT_EQ(modular_sqrt(x), 0) << x;
+    enter(17);
+    for (std::int32_t x : {3, 5, 6, 7, 10, 11, 12, 14}) EXPECT_EQ(modular_sqrt(x), 0) << x;
+    enter(3);
+    EXPECT_EQ(modular_sqrt(2), 0);
+}
+
+TEST_F(ResidueRoot, ModuloTwoEveryResidueIsItsOwnRoot)
+{
+    enter(2);
+    EXPECT_EQ(modular_sqrt(0), 0);
+    EXPECT_EQ(modular_sqrt(1), 1);
+}
+
 TEST_F(ResidueRoot, LargePrimes)
 {
     test_random r;

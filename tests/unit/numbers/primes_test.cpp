@@ -48,15 +48,23 @@ static std::vector<std::int32_t> taken(word_node **list)
 
 // Primality ----------------------------------------------------------------------------------------------
 
-TEST(Primes, SmallCases)
+TEST(Primes, TwoThreeAndSevenArePrimesAndFortyNineIsNone)
 {
-    EXPECT_TRUE(is_prime(1));  // on purpose: 1 passes every test
-    EXPECT_FALSE(is_prime(0));
     EXPECT_TRUE(is_prime(2));
     EXPECT_TRUE(is_prime(3));
     EXPECT_TRUE(is_prime(7));
     EXPECT_FALSE(is_prime(49));
+}
+
+TEST(Primes, TheLeastDivisorOf91Is7)
+{
     EXPECT_EQ(long_is_prime(91), 7);
+}
+
+TEST(Primes, OneIsTakenForAPrimeAndZeroIsNot)
+{
+    EXPECT_TRUE(is_prime(1));  // on purpose: 1 passes every test
+    EXPECT_FALSE(is_prime(0));
     EXPECT_EQ(long_is_prime(0), 2);
     EXPECT_EQ(long_is_prime(1), 1);
 }

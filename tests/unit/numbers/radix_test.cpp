@@ -168,6 +168,20 @@ TEST_F(Radix, EntriesOfTheWrongLengthAreNotUsed)
     for (number &entry : two_28) special_free(&entry);
 }
 
+TEST_F(RadixWithTable, GroupsPast16BitsAreExact)
+{
+    mpz_ui_pow_ui(a, 7, 400000);
+    number_from_mpz(a, &x);
+    verybig_base_10(x.head, x.tail, x.size, &y);
+    EXPECT_GT(x.size, 32767);
+    EXPECT_GT(y.size, 32767);
+    char *want = mpz_get_str(nullptr, 10, a);
+    EXPECT_EQ(text_of(&y), want);
+    std::free(want);
+    special_free(&x);
+    special_free(&y);
+}
+
 TEST_F(RadixWithTable, TenDigitsAndSixteen)
 {
     for (int size : {9, 10, 11, 15, 16, 17}) {

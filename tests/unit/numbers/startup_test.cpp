@@ -214,7 +214,7 @@ TEST(Startup, BuiltinsStandAtTheirPlaces)
 {
     load_all();
     static const char *const rows[][2] = {
-#define KELMAR_BUILTIN(index, second, name) {name, second},
+#define KELMAR_BUILTIN(index, second, name, ...) {name, second},
 #include "session/builtins.def"
 #undef KELMAR_BUILTIN
     };
@@ -226,6 +226,22 @@ TEST(Startup, BuiltinsStandAtTheirPlaces)
     }
     EXPECT_STREQ(builtin[42].name, "MSmith");
     EXPECT_STREQ(builtin[1].second, "*1");
+}
+
+TEST(Startup, OtherRowsHaveTheirNameTwiceAnd16HaveAStarAndANumber)
+{
+    load_all();
+    int starred = 0;
+    for (int k = 0; k <= numbuiltins; ++k) {
+        const bool alias = builtin[k].second[0] == '*';
+        starred += alias;
+        if (!alias) {
+            EXPECT_STREQ(builtin[k].second, builtin[k].name) << k;
+        } else {
+            EXPECT_GT(std::atoi(builtin[k].second + 1), 0) << k;
+        }
+    }
+    EXPECT_EQ(starred, 16);
 }
 
 TEST(Startup, BuiltinOrderRisesByName)

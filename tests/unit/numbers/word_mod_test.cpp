@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <cstdio>
 #include "numbers/primes.h"
+#include "session/levels.h"
+#include "session/output.h"
 #include "session/report.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
@@ -265,6 +267,21 @@ TEST(WordMod, ZeroDivisorOfACompositeModulusIsError85)
     EXPECT_EQ(caught_error([&] { emod_inverse(0, &r); }), 85);
     EXPECT_EQ(caught_error([&] { emod_inverse(8, &r); }), 0);
     EXPECT_EQ(modmult(8, r), 1);
+}
+
+TEST(WordMod, InverseOfZeroIsAFault)
+{
+    ring scope(91);
+    std::int32_t r = 5;
+    const auto level = levelcount;
+    levelcount = highest_level;  // where a fault pushes no further level and unwinds
+    testing::internal::CaptureStdout();
+    caught_error([&] {
+        Output = stdout;
+        mod_inverse(0, &r);
+    });
+    levelcount = level;
+    EXPECT_NE(testing::internal::GetCapturedStdout().find("bad seca."), std::string::npos);
 }
 
 TEST(WordMod, ImodInverseTellsTheResidueBeforeTheError)

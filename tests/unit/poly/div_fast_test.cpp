@@ -183,6 +183,22 @@ TEST_F(PolyTrial, AgreesWithThePlainDivisionInEveryRing)
     }
 }
 
+// Doubles are no ground field: without one a divisor is tried.
+TEST_F(PolyTrial, OverWordsADivisorInTheGroundFieldDivides)
+{
+    for (const ring *each : {&field_rings[0], &field_rings[3], &other_rings[3]}) {
+        in_ring ground(*each);
+        poly_operand a(poly_of_text("{2{#1}, #1}")), outer(poly_of_text("{1{#1}, #3}")),
+            deep(poly_of_text("{0{1{#1}, #3}}"));
+        for (const std::int32_t depth : {0, 1, 2, 3}) {
+            kept_word field(&field_depth, depth);
+            const int in_outer = depth == 1 && lintmode, in_deep = depth >= 1 && depth <= 2 && lintmode;
+            EXPECT_EQ(trial_poly_divide_noq(a.p, outer.p, names.first(), 0, 0, 0), in_outer) << depth;
+            EXPECT_EQ(trial_poly_divide_noq(a.p, deep.p, names.first(), 0, 0, 0), in_deep) << depth;
+        }
+    }
+}
+
 TEST_F(PolyTrial, ModuloPrimesNothingIsDecided)
 {
     in_view live(view_digits);

@@ -1,5 +1,6 @@
 // What divisions write when they are called against their contract, and what an interrupt leaves behind.
 #include <gtest/gtest.h>
+#include "poly/content.h"
 #include "poly/div.h"
 #include "poly/div_exact.h"
 #include "poly/div_fast.h"
@@ -53,6 +54,12 @@ TEST_F(PolyFaults, PolyQuot)
     expect_report("code -1032\n*** Kelmar error. zero node t.\n", [&] { poly_quot(n.p, nine.p, &q.p, -31); });
 }
 
+TEST_F(PolyFaults, FindGcdcoefs)
+{
+    poly_operand zero(poly_of_text("{#0}"));
+    expect_report("*** Kelmar error. 0 in find gcd coefs.\n", [&] { gcd_coefs(zero.p, &q.p); });
+}
+
 TEST_F(PolyFaults, GenPolyDivide)
 {
     expect_report("*** Kelmar error. pt nil in poly_divide.\n",
@@ -96,6 +103,19 @@ TEST_F(PolyFaults, TrialPolyDivide)
         "*** Kelmar error. m is a number in trial_poly_divide. Try turning off the fast divide test "
         "with &_t.\n",
         [&] { trial_poly_divide(n.p, two.p, &q.p, names.first(), 1, 0, 0); });
+}
+
+TEST_F(PolyFaults, TrialDivisionsTellTheirTermsWhenExtraVerbose)
+{
+    kept_word loud(&verbose, 1);
+    for (const std::int32_t extra : {0, 1}) {
+        kept_word louder(&windy, extra);
+        EXPECT_EQ(report_of([&] {
+                      trial_poly_divide_noq(n.p, m.p, names.first(), 1, 1, 0);
+                      EXPECT_EQ(dumpitt_level, 0);
+                  }),
+                  extra ? "trial divide, counting to 2. \n" : "");
+    }
 }
 
 TEST_F(PolyFaults, PseudoDivisionWithoutTheVariable)

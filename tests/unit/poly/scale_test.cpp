@@ -167,4 +167,32 @@ TEST(Scale, AMillionTermsDoNotDeepenTheStack)
     audit.expect_unchanged("a million terms");
 }
 
+// Words out of range ---------------------------------------------------------------------------------------
+
+std::string standard_text(const char *text, std::int32_t m)
+{
+    poly_operand p;
+    {
+        in_view words(view_word);
+        p.p = poly_of_text(text);
+    }
+    in_view live(view_modular, m);
+    standard_form(&p.p);
+    EXPECT_TRUE(poly_is_normal(p.p, 3)) << text;
+    return poly_text(p.p);
+}
+
+TEST(StandardForm, BringsWordsIntoRangeAndDropsWhatVanishes)
+{
+    EXPECT_EQ(standard_text("{2{#-1}, 1{#15}, #7}", 7), "{2{#6}, 1{#1}}");
+    EXPECT_EQ(standard_text("{2{1{#7}, #3}, #-8}", 7), "{2{#3}, #6}");
+    EXPECT_EQ(standard_text("{1{1{#7}}, 0{1{#14}, #5}}", 7), "{#5}");
+    EXPECT_EQ(standard_text("{1{1{#7}}, 0{1{#14}, #-49}}", 7), "{#0}");
+    EXPECT_EQ(standard_text("{#-2147483648}", 2147483647), "{#2147483646}");
+    in_view live(view_float);
+    poly_operand p(poly_of_text("{2{#-1}, #0.5}"));
+    standard_form(&p.p);
+    EXPECT_EQ(poly_text(p.p), "{2{#-1}, #0.5}");
+}
+
 }  // namespace

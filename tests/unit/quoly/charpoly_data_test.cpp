@@ -8,6 +8,7 @@
 #include <string>
 #include "numbers/startup.h"
 #include "quoly/quoly.h"
+#include "quoly/ring_change.h"
 #include "storage/sizes.h"
 #include "tests/support/data_files.h"
 #include "tests/support/polys.h"

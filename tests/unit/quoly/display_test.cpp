@@ -114,4 +114,50 @@ TEST_F(QuolyDisplay, ColumnGoesOnWhereTheTextBeforeEnded)
     std::free(bytes);
 }
 
+// Fractions of numbers --------------------------------------------------------------------------------------
+
+// The fraction a / b, as texts of small numbers.
+std::string shown_fraction(const char *a, const char *b, const value_form &form)
+{
+    value_operand q;
+    newquoly(&q.q);
+    q.q->is_num = 0;
+    q.q->top = poly_of_text(a);
+    q.q->den = poly_of_text(b);
+    q.q->is_rat = 1;
+    return shown(q.q, form);
+}
+
+TEST_F(QuolyDisplay, AFractionOfLongIntegersIsFollowedByItsDecimals)
+{
+    in_view digits(view_digits);
+    const std::int32_t groups = disp_size;
+    EXPECT_EQ(shown_fraction("{#1}", "{#3}", at_top),
+              " 1 / 3;  or  0.3333333333333333333333333333333333333333\n");
+    disp_size = 2;
+    EXPECT_EQ(shown_fraction("{#1}", "{#2}", at_top), " 1 / 2;  or  0.5000000000000000\n");
+    EXPECT_EQ(shown_fraction("{#-1}", "{#3}", at_top), " -1 / 3;  or  -0.3333333333333333\n");
+    EXPECT_EQ(shown_fraction("{#-22}", "{#7}", at_top), " -22 / 7;  or  -3.1428571428571428\n");
+    EXPECT_EQ(shown_fraction("{#1}", "{#123456789}", at_top), " 1 / 123456789;  or  0.00000000 81000000\n");
+    EXPECT_EQ(shown_fraction("{#1}", "{#100000000}", at_top), " 1 / 100000000;  or  0.0000000100000000\n");
+    disp_size = 1;
+    EXPECT_EQ(shown_fraction("{#1}", "{#1000000000}", at_top), " 1 / 1000000000;  or  0.00000000\n");
+    disp_size = groups;
+    calc_disp();
+}
+
+TEST_F(QuolyDisplay, NoDecimalsWhereTheyAreNotAskedFor)
+{
+    in_view digits(view_digits);
+    const std::int32_t groups = disp_size;
+    EXPECT_EQ(shown_fraction("{#1}", "{#2}", to_file), "1 / 2;\n");
+    EXPECT_EQ(shown_fraction("{#1}", "{#2}", inside), "1 / 2");
+    EXPECT_EQ(shown_fraction("{1{#1}}", "{#2}", at_top), " x / 2\n");
+    disp_size = 0;
+    EXPECT_EQ(shown_fraction("{#1}", "{#2}", at_top), " 1 / 2\n");
+    disp_size = groups;
+    in_view small(view_small);
+    EXPECT_EQ(shown_fraction("{#1}", "{#2}", at_top), " 1 / 2\n");
+}
+
 }  // namespace

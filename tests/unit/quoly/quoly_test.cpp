@@ -1,5 +1,6 @@
 // Scalar values of both kinds: records, copies, sign, comparison, the way from one kind to the other.
 #include "quoly/quoly.h"
+#include "quoly/derivative.h"
 #include <gtest/gtest.h>
 #include "numbers/dispatch.h"
 #include "session/report.h"
@@ -150,12 +151,12 @@ TEST(Quoly, DerivativeMayBecomeAPlainNumber)
     poly_audit audit;
     {
         value_operand p("{1{#3}, #1}"), y("{0{1{#1}}}"), n("{#4}");
-        quoly_differen_once(&p.q);
+        quoly_differen_once(&p.q, 1);
         EXPECT_EQ(value_text(p.q), "{#3}");
         EXPECT_TRUE(p.q->is_num);
-        quoly_differen_once(&y.q);
+        quoly_differen_once(&y.q, 1);
         EXPECT_TRUE(quoly_iszero(y.q));
-        quoly_differen_once(&n.q);
+        quoly_differen_once(&n.q, 1);
         EXPECT_TRUE(quoly_iszero(n.q));
     }
     audit.expect_unchanged("derivative");

@@ -10,6 +10,7 @@
 #include "numbers/random.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
+#include "session/files.h"
 #include "session/levels.h"
 #include "session/output.h"
 #include "session/owned.h"
@@ -435,7 +436,7 @@ TEST_F(Switches, ABadValueChangesNothingAndLeavesNoRecord)
 
 TEST_F(Switches, ATextHasAtMost255Characters)
 {
-    EXPECT_EQ(error_of("&(R = '" + std::string(255, 'a') + "')\n"), 0);  // then the file is looked for
+    EXPECT_EQ(error_of("&(R = '" + std::string(255, 'a') + "')\n"), err_cannot_open_file);
     EXPECT_EQ(error_of("&(R = '" + std::string(256, 'a') + "')\n"), err_text_too_long);
     EXPECT_EQ(error_of("&(R = '" + std::string(255, 'a')), err_bad_quoted_text);
 }

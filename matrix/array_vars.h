@@ -1,0 +1,27 @@
+#pragma once
+// matrix/array_vars.h -- the entries of all arrays follow when a polynomial variable comes or goes.
+
+#include "matrix/sparse.h"
+
+namespace kelmar {
+
+// Wrap *value, as the value of a new outermost variable asks; null is allowed.
+void wrap_entry(quolynode **value);
+
+// Wrap each entry of every array: a variable was adjoined as level 1.
+void redo_sparses();
+void redo_dense();
+
+// Set the variable of the level to 1 in each entry, and take that level away. An entry whose denominator
+// vanishes becomes 1, with a report of the first 40. Entries of sparse arrays that become zero go.
+void sparse_down(std::int32_t level);
+void dense_down(std::int32_t level);
+
+// The same for one value; `report` is what is told when it becomes 1. null is allowed.
+void entry_down(quolynode **value, std::int32_t level, const char *report);
+
+// default 0; denominators that vanished, of this cancellation; entry_down; reset: by who begins one
+inline std::int32_t badcnt = 0;
+inline constexpr std::int32_t told_cases = 40;  // of them are reported
+
+}  // namespace kelmar

@@ -1,0 +1,35 @@
+#pragma once
+// session/arr_expr.h -- the evaluator of array expressions.
+//
+// It mirrors the scalar one: sums, terms, factors, one token ahead. A factor is an array in brackets, an
+// array function, or a scalar factor; what an operator does is told by the kinds of its operands
+// (session/arr_ops.h). v is an announced value, empty at first.
+
+#include "session/arr_value.h"
+#include "session/scanner.h"
+
+namespace kelmar {
+
+// default 0; the right side of an assignment to a sparse array is being read: literals are sparse; reset:
+// unwind
+inline std::int32_t want_sparse = 0;
+// default none; the shape of the target of that assignment, or of a dense one; 0: it has none; reset: unwind
+inline std::int32_t wanted_rows = 0;
+inline std::int32_t wanted_cols = 0;
+
+// Errors: 1 63 70 71 72 74 78 79 80 82 88 142 173 177 202, those of arr_ops.h, arr_target.h and expr.h.
+void arr_expre(input_stream **stream, arr_value *v, name_node **cursor);
+
+// The same, with the first factor in *v already and the token behind it in hand.
+void half_arr_expre(input_stream **stream, arr_value *v, name_node **cursor);
+
+void arr_fact(input_stream **stream, arr_value *v, name_node **cursor);
+
+// Go on behind the factor in *v: powers and evaluations of arrays.
+void half_arr_fact(input_stream **stream, arr_value *v, name_node **cursor);
+
+// v = the array that begins with the `[` before the token in hand, which is not the name of a stored array.
+// angle: `<` was passed, and the token in hand is the one behind it.
+void arr_literal(input_stream **stream, arr_value *v, name_node **cursor, bool angle);
+
+}  // namespace kelmar

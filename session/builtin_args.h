@@ -1,0 +1,52 @@
+#pragma once
+// session/builtin_args.h -- how built-in functions read their arguments.
+//
+// A handler is called with the name in hand, and leaves the token behind its last argument in hand. Its
+// result slot is announced. error may come back: every reader then leaves a value to go on with.
+
+#include "poly/variables.h"
+#include "session/evaluator.h"
+
+namespace kelmar {
+
+// Pass the `(` behind the name in hand; the first token of the argument is then in hand. number: the error to
+// raise. False after it.
+bool open_argument(input_stream **stream, name_node **cursor, int number);
+
+// Pass `)`. Errors: 1.
+void close_argument(input_stream **stream, name_node **cursor);
+
+// Pass a comma. False after error `number`.
+bool pass_comma(input_stream **stream, name_node **cursor, int number);
+
+// *n = the value of an expression, private, or with ^ in front that of a factor. *n replaced.
+void read_argument_value(input_stream **stream, quolynode **n, name_node **cursor);
+
+// Read `(expr)`, or `(^x)`, behind the name in hand. *n replaced; 0 after error 177. Errors: 177 1.
+bool standard_read(input_stream **stream, quolynode **n, name_node **cursor);
+
+// Read `(expr, expr` behind the name in hand. Errors: 177 313. False after them.
+bool read_with_comma(input_stream **stream, quolynode **n, quolynode **second, name_node **cursor);
+
+// An argument that is read where it stands: p points into storage, or at n. n is announced by the caller, who
+// borrows while p is used.
+void get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
+
+// The same for an argument that is changed: p is the slot of a variable or entry. Null after error 316.
+quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
+
+// Read a number; its whole part goes to *v. Declines (0) after error `number`, for what is no number or out
+// of range.
+int read_whole(input_stream **stream, name_node **cursor, std::int32_t *v, int number);
+
+// *level = that of the variable in hand, which stands as itself or as its number. Declines (0) after an
+// error: 282 for what is neither, `number` for a level that there is not.
+int read_level(input_stream **stream, name_node **cursor, std::int32_t *level, int number);
+
+// The value as a polynomial without denominator; null after error `number`. Borrowed; *room for a number.
+polynode *polynomial_of(quolynode *q, polynode *room, int number);
+
+// True when n is a number that is neither infinite nor nan.
+bool is_finite_number(const quolynode *q);
+
+}  // namespace kelmar

@@ -1,0 +1,179 @@
+// session/builtin_storage.cpp -- built-ins that change variables in place, show values, or tell of the
+// session.
+#include "numbers/number.h"
+#include "poly/display.h"
+#include "quoly/add.h"
+#include "quoly/display.h"
+#include "quoly/mul.h"
+#include "session/builtin_args.h"
+#include "session/builtin_handlers.h"
+#include "session/output.h"
+#include "session/owned.h"
+#include "session/report.h"
+#include "session/timing.h"
+
+namespace kelmar {
+
+// Two places ------------------------------------------------------------------------------------------------
+
+// Behind the name: `(^x, ^y)`. work runs on the two slots.
+static void on_two_slots(input_stream **stream, quolynode **n, name_node **cursor,
+                         void (*work)(quolynode **x, quolynode **y))
+{
+    quoly_set(0, n);
+    if (!open_argument(stream, cursor, err_need_open_paren)) return;
+    operand first = {}, second = {};
+    own(&first.n);
+    own(&second.n);
+    borrow();
+    quolynode **x = new_get_quoly_ptr(stream, &first, cursor);
+    quolynode **y = nullptr;
+    if (x && pass_comma(stream, cursor, err_need_comma)) y = new_get_quoly_ptr(stream, &second, cursor);
+    if (y) {
+        close_argument(stream, cursor);
+        work(x, y);
+    }
+    give_back();
+    disown();
+    disown();
+    if (first.n) free_quoly(&first.n);
+    if (second.n) free_quoly(&second.n);
+}
+
+static void swap_storage(quolynode **x, quolynode **y)
+{
+    quolynode *kept = *x;
+    *x = *y;
+    *y = kept;
+}
+
+// x takes y's value, y becomes 0.
+static void move_storage(quolynode **x, quolynode **y)
+{
+    if (x == y) return;
+    free_quoly(x);
+    *x = *y;
+    *y = nullptr;
+    quoly_set(0, y);
+}
+
+void builtin_swap(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    on_two_slots(stream, n, cursor, swap_storage);
+}
+
+void builtin_move(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    on_two_slots(stream, n, cursor, move_storage);
+}
+
+// One place -------------------------------------------------------------------------------------------------
+
+// Behind the name: `(^x, q)`. change runs on the slot of x.
+static void on_slot(input_stream **stream, quolynode **n, name_node **cursor,
+                    void (*change)(quolynode **x, const quolynode *q))
+{
+    quoly_set(0, n);
+    if (!open_argument(stream, cursor, err_need_open_paren)) return;
+    operand target = {};
+    quolynode *q = nullptr;
+    own(&target.n);
+    own(&q);
+    borrow();
+    quolynode **x = new_get_quoly_ptr(stream, &target, cursor);
+    if (x && pass_comma(stream, cursor, err_need_comma)) {
+        read_argument_value(stream, &q, cursor);
+        close_argument(stream, cursor);
+        change(x, q);
+    }
+    give_back();
+    disown();
+    disown();
+    if (q) free_quoly(&q);
+    if (target.n) free_quoly(&target.n);
+}
+
+void builtin_multo(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    on_slot(stream, n, cursor, fast_quoly_mult);
+}
+
+void builtin_addto(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    on_slot(stream, n, cursor, better_quoly_add);
+}
+
+// Output ----------------------------------------------------------------------------------------------------
+
+// Write the nodes of a part of a value, and make the value 0.
+static void dump_part(quolynode **n, bool den)
+{
+    polynode room;
+    const polynode *p = den ? ((*n)->is_num ? nullptr : (*n)->den) : as_poly(*n, &room);
+    if (noisy) {
+        if (p) crude_poly_disp(Output, 1, p, 0, polynames);
+        std::fputc('\n', Output);
+    }
+    quoly_set(0, n);
+}
+
+void builtin_zz3(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    if (standard_read(stream, n, cursor)) dump_part(n, false);
+}
+
+void builtin_zz4(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    if (standard_read(stream, n, cursor)) dump_part(n, true);
+}
+
+void builtin_show(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    if (!standard_read(stream, n, cursor)) return;
+    const std::int32_t kept = do_line_sup;
+    std::int32_t col = 0;
+    do_line_sup = 0;
+    quoly_display(Output, 1, 1, *n, &col);
+    do_line_sup = kept;
+    quoly_set(0, n);
+}
+
+void builtin_flush(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(0, n);
+    std::fflush(Output);
+}
+
+void builtin_time(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(0, n);
+    showtime();
+}
+
+void builtin_bell(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(0, n);
+    std::fputc(7, Output);
+}
+
+void builtin_true(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(1, n);
+}
+
+// The records are not lost: the accounting of storage knows the blocks they stand in.
+void builtin_wipe(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(0, n);
+    numhead = nullptr;
+    imhead = nullptr;
+    polygarb = nullptr;
+    quolygarb = nullptr;
+}
+
+}  // namespace kelmar

@@ -1,0 +1,528 @@
+// Sparse matrices: single entries and whole-matrix operations against maps from places to values.
+#include "matrix/sparse.h"
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
+#include "matrix/array_rings.h"
+#include "matrix/pins.h"
+#include "matrix/sparse_ops.h"
+#include "matrix/sparse_order.h"
+#include "matrix/sparse_tests.h"
+#include "numbers/word_mod.h"
+#include "poly/measure.h"
+#include "quoly/ring_change.h"
+#include "tests/support/quolys.h"
+#include "tests/support/views.h"
+
+using namespace kelmar;
+using namespace kelmar_test;
+
+namespace {
+
+#ifdef KELMAR_MALLOC_RECORDS
+constexpr int rounds = 10000;
+#else
+constexpr int rounds = 100000;
+#endif
+
+using place = std::pair<std::int32_t, std::int32_t>;  // row, column, from 1
+using model = std::map<place, double>;
+
+struct sparse_operand {
+    sparse_frame *frames = nullptr;
+    std::int32_t rows, cols;
+    sparse_operand(std::int32_t r, std::int32_t c) : rows(r), cols(c)
+    {
+        sparse_init(&frames, r);
+    }
+    ~sparse_operand()
+    {
+        free_sparse(&frames, rows, 1);
+    }
+    sparse_operand(const sparse_operand &) = delete;
+    sparse_operand &operator=(const sparse_operand &) = delete;
+};
+
+double value_of(const quolynode *q)
+{
+    return lintmode && !flotemode ? q->num->word : q->num->real;
+}
+
+model read(const sparse_frame *frames, std::int32_t rows)
+{
+    model m;
+    row_walk w = {const_cast<sparse_frame *>(frames), 0, rows};
+    while (colm **head = next_row(&w)) {
+        for (const colm *node = *head; node; node = node->next) m[{w.row, node->coord}] = value_of(node->val);
+    }
+    return m;
+}
+
+void set_entry(sparse_frame *frames, std::int32_t row, std::int32_t col, std::int32_t v)
+{
+    colm **head = head_of_row(frames, row);
+    colm **link = column_link(head, col);
+    if (*link && (*link)->coord == col) free_colm(link);
+    if (v) quoly_set(v, sparse_zero_set(head, col));
+}
+
+// Random entries; the model is the same matrix.
+model fill(test_random *r, sparse_operand *s, int count)
+{
+    for (int k = 0; k < count; ++k) {
+        set_entry(s->frames, 1 + static_cast<std::int32_t>(r->below(static_cast<std::uint64_t>(s->rows))),
+                  1 + static_cast<std::int32_t>(r->below(static_cast<std::uint64_t>(s->cols))),
+                  static_cast<std::int32_t>(r->below(9)) - 4);
+    }
+    return read(s->frames, s->rows);
+}
+
+std::int64_t colms_out()
+{
+    std::int64_t out = colmstash->slugs_used;
+    for (const colm *node = colm_garb; node; node = node->next) --out;
+    return out;
+}
+
+// Nodes and values that a test takes are given back.
+struct sparse_audit {
+    in_view live{view_float};
+    std::int64_t nodes = colms_out();
+    std::int64_t quolys = live_quolys();
+    ~sparse_audit()
+    {
+        free_quoly(&quol_num_0);
+        EXPECT_EQ(colms_out(), nodes);
+        EXPECT_EQ(live_quolys(), quolys);
+    }
+};
+
+// Entries -----------------------------------------------------------------------------------------------
+
+TEST(Sparse, TheLastRowOfAFrameAndTheFirstOfTheNext)
+{
+    sparse_audit audit;
+    sparse_operand s(2049, 3);
+    ASSERT_NE(s.frames->frame_next, nullptr);
+    EXPECT_EQ(s.frames->frame_next->frame_next, nullptr);
+    set_entry(s.frames, 2048, 1, 5);
+    set_entry(s.frames, 2049, 3, 6);
+    EXPECT_EQ(s.frames->row_head[2047]->val->num->real, 5);
+    EXPECT_EQ(s.frames->frame_next->row_head[0]->val->num->real, 6);
+    EXPECT_TRUE(sparse_is_sound(s.frames, 2049, 3));
+    sparse_operand one(2048, 3);
+    EXPECT_EQ(one.frames->frame_next, nullptr);
+}
+
+TEST(Sparse, AnAbsentEntryReadsAsZero)
+{
+    sparse_audit audit;
+    sparse_operand s(3, 3);
+    set_entry(s.frames, 2, 2, 5);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 2, 2)), 5);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 2, 1)), 0);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 3, 3)), 0);
+}
+
+TEST(Sparse, TheColumnCursorGoesFromFrameToFrame)
+{
+    sparse_audit audit;
+    sparse_operand s(2050, 2);
+    set_entry(s.frames, 2047, 2, 1);
+    set_entry(s.frames, 2048, 2, 2);
+    set_entry(s.frames, 2050, 2, 3);
+    sparse_frame *frame = s.frames;
+    colm **slot = &frame->row_head[2046];
+    std::vector<double> seen;
+    for (std::int32_t i = 2047; i <= 2050; ++i) {
+        quolynode **q = get_sparse(i, 2, &slot, &frame);
+        seen.push_back(q ? value_of(*q) : 0);
+    }
+    EXPECT_EQ(seen, (std::vector<double>{1, 2, 0, 3}));
+}
+
+TEST(Sparse, TheDiagonalCursorNeedsItsEntry)
+{
+    sparse_audit audit;
+    sparse_operand s(3, 3);
+    set_entry(s.frames, 1, 1, 4);
+    set_entry(s.frames, 2, 3, 4);
+    sparse_frame *frame = s.frames;
+    quolynode **q = nullptr;
+    sparse_qq_set(1, &frame, &q);
+    ASSERT_NE(q, nullptr);
+    EXPECT_EQ(value_of(*q), 4);
+}
+
+TEST(Sparse, MachineIntegersAreSetAndAdded)
+{
+    for (num_view view : {view_float, view_word}) {
+        in_view live(view);
+        array a = {};
+        a.arr_rows = 2;
+        a.arr_cols = 3;
+        sparse_init(&a.arr_sparse, 2);
+        const auto text = [&] {
+            std::string t;
+            for (const auto &[p, v] : read(a.arr_sparse, 2)) {
+                t += std::to_string(p.first) + "," + std::to_string(p.second) + "=" +
+                     std::to_string(static_cast<int>(v)) + " ";
+            }
+            return t;
+        };
+        isparse_insert(1, 2, 0, &a, true, true);
+        EXPECT_EQ(text(), "");
+        isparse_insert(1, 2, 5, &a, true, false);
+        isparse_insert(0, 0, 3, &a, true, true);
+        EXPECT_EQ(text(), "1,1=3 2,3=5 ");
+        isparse_insert(1, 2, 4, &a, true, false);
+        isparse_insert(0, 0, 9, &a, true, true);
+        EXPECT_EQ(text(), "1,1=9 2,3=9 ");
+        isparse_insert(1, 2, 0, &a, true, false);
+        EXPECT_EQ(text(), "1,1=9 2,3=9 ");
+        isparse_insert(1, 2, -9, &a, true, false);
+        EXPECT_EQ(text(), "1,1=9 ");
+        isparse_insert(0, 0, 0, &a, true, true);
+        EXPECT_EQ(text(), "");
+        isparse_insert(3, 0, 8, &a, false, true);  // storage order: row 2, column 2
+        EXPECT_EQ(text(), "2,2=8 ");
+        free_sparse(&a.arr_sparse, 2, 1);
+    }
+}
+
+TEST(Sparse, ZerosArePurged)
+{
+    sparse_audit audit;
+    sparse_operand s(1, 5);
+    colm **head = head_of_row(s.frames, 1);
+    sparse_zero_set(head, 3);
+    quoly_set(7, sparse_zero_set(head, 4));
+    purge_sparse(head, 4);
+    purge_sparse(head, 3);
+    purge_sparse(head, 2);
+    EXPECT_EQ(read(s.frames, 1), (model{{{1, 4}, 7}}));
+}
+
+TEST(Sparse, RandomUpdatesAgreeWithAMap)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    sparse_operand s(4100, 60);
+    array a = {};
+    a.arr_rows = s.rows;
+    a.arr_cols = s.cols;
+    a.arr_sparse = s.frames;
+    model m;
+    for (int round = 0; round < rounds; ++round) {
+        const auto i = static_cast<std::int32_t>(r.below(r.below(2) ? 4100 : 40));
+        const auto j = static_cast<std::int32_t>(r.below(60));
+        const auto v = static_cast<std::int32_t>(r.below(5)) - 2;
+        const place at = {i + 1, j + 1};
+        switch (r.below(4)) {
+        case 0:
+            isparse_insert(i, j, v, &a, true, true);
+            m[at] = v;
+            break;
+        case 1:
+            isparse_insert(i + j * a.arr_rows, 0, v, &a, false, false);
+            m[at] += v;
+            break;
+        case 2:
+            if (m.count(at) && m[at] != 0) sparse_delete(i, j, &a, true);
+            m[at] = 0;
+            break;
+        default: {
+            value_operand q;
+            quoly_set(v, &q.q);
+            if (!m.count(at)) {
+                sparse_insert(i, j, &a, true, q.q);
+                m[at] = v;
+            }
+        }
+        }
+        if (m[at] == 0) m.erase(at);
+        if (round % 1000 == 0) {
+            ASSERT_TRUE(sparse_is_sound(s.frames, s.rows, s.cols));
+            ASSERT_EQ(read(s.frames, s.rows), m);
+        }
+    }
+    EXPECT_EQ(read(s.frames, s.rows), m);
+}
+
+// Whole matrices ----------------------------------------------------------------------------------------
+
+TEST(Sparse, CopiesSumsAndNegatives)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    for (int round = 0; round < 200; ++round) {
+        const auto rows = 1 + static_cast<std::int32_t>(r.below(round % 20 ? 30 : 3000));
+        const auto cols = 1 + static_cast<std::int32_t>(r.below(30));
+        sparse_operand a(rows, cols), b(rows, cols), sum(1, 1), other(1, 1);
+        const model ma = fill(&r, &a, 100);
+        const model mb = fill(&r, &b, 100);
+        const bool plus = r.below(2) != 0;
+        const int owna = static_cast<int>(r.below(2));
+        const int ownb = static_cast<int>(r.below(2));
+        model wanted = ma;
+        for (const auto &[p, v] : mb) {
+            wanted[p] += plus ? v : -v;
+            if (wanted[p] == 0) wanted.erase(p);
+        }
+        sparse_frame *left = a.frames;
+        sparse_frame *right = b.frames;
+        if (owna) sparse_init(&a.frames, rows);
+        if (ownb) sparse_init(&b.frames, rows);
+        add_sparses(&left, &right, owna, ownb, rows, plus);
+        EXPECT_EQ(right, nullptr);
+        EXPECT_TRUE(sparse_is_sound(left, rows, cols));
+        ASSERT_EQ(read(left, rows), wanted);
+        ASSERT_TRUE(owna || read(a.frames, rows) == ma);
+        ASSERT_TRUE(ownb || read(b.frames, rows) == mb);
+        int owned = 1;
+        sparse_makeneg(&left, rows, &owned);
+        for (auto &[p, v] : wanted) v = -v;
+        ASSERT_EQ(read(left, rows), wanted);
+        free_sparse(&left, rows, 1);
+    }
+}
+
+TEST(Sparse, ADenseTableTakesASparseMatrixIn)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    sparse_operand a(7, 5);
+    model m = fill(&r, &a, 30);
+    quolynode *table[35] = {};
+    add_one_sparse(table, 7, 0, &a.frames, true);
+    add_one_sparse(table, 7, 0, &a.frames, true);
+    add_one_sparse(table, 7, 0, &a.frames, false);
+    for (std::int32_t k = 0; k < 35; ++k) {
+        const place at = {k % 7 + 1, k / 7 + 1};
+        EXPECT_EQ(table[k] ? value_of(table[k]) : 0, m.count(at) ? m[at] : 0);
+        free_quoly(&table[k]);
+    }
+}
+
+TEST(Sparse, TransposesAndViews)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    for (int round = 0; round < 60; ++round) {
+        const auto rows = 1 + static_cast<std::int32_t>(r.below(round % 3 ? 50 : 5000));
+        const auto cols = 1 + static_cast<std::int32_t>(r.below(round % 4 ? 50 : 5000));
+        sparse_operand a(rows, cols);
+        const model ma = fill(&r, &a, 300);
+        model flipped;
+        for (const auto &[p, v] : ma) flipped[{p.second, p.first}] = v;
+        sparse_frame *view = nullptr;
+        flip_sparse(a.frames, &view, rows, cols);
+        ASSERT_TRUE(sparse_is_sound(view, cols, rows));
+        ASSERT_EQ(read(view, cols), flipped);
+        free_sparse_frame(&view, cols);
+        trans_sparse(&a.frames, rows, cols);
+        std::swap(a.rows, a.cols);
+        ASSERT_TRUE(sparse_is_sound(a.frames, a.rows, a.cols));
+        ASSERT_EQ(read(a.frames, a.rows), flipped);
+        trans_sparse(&a.frames, a.rows, a.cols);
+        std::swap(a.rows, a.cols);
+        ASSERT_EQ(read(a.frames, a.rows), ma);
+    }
+}
+
+TEST(Sparse, RowsAndColumnsChangePlaces)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    for (int round = 0; round < 100; ++round) {
+        sparse_operand a(2100, 20);
+        model m = fill(&r, &a, 200);
+        const auto r1 = 1 + static_cast<std::int32_t>(r.below(2100));
+        const auto r2 = 1 + static_cast<std::int32_t>(r.below(2100));
+        const auto c1 = 1 + static_cast<std::int32_t>(r.below(20));
+        const auto c2 = 1 + static_cast<std::int32_t>(r.below(20));
+        const auto first = 1 + static_cast<std::int32_t>(r.below(2100));
+        sp_switchrow(a.frames, r1, r2);
+        sp_switchcol(a.frames, c1, c2, 2100, first);
+        model wanted;
+        for (const auto &[p, v] : m) {
+            place at = p;
+            at.first = p.first == r1 ? r2 : p.first == r2 ? r1 : p.first;
+            if (at.first >= first) at.second = p.second == c1 ? c2 : p.second == c2 ? c1 : p.second;
+            wanted[at] = v;
+        }
+        ASSERT_TRUE(sparse_is_sound(a.frames, 2100, 20));
+        ASSERT_EQ(read(a.frames, 2100), wanted);
+        reverse_sparse(a.frames, 2100);
+        model turned;
+        for (const auto &[p, v] : wanted) turned[{2101 - p.first, p.second}] = v;
+        ASSERT_EQ(read(a.frames, 2100), turned);
+    }
+}
+
+TEST(Sparse, ReversalOfRowsAndOfElementsAgreeForOneColumnOnly)
+{
+    sparse_audit audit;
+    sparse_operand s(2, 2);
+    for (std::int32_t k = 0; k < 4; ++k) set_entry(s.frames, k % 2 + 1, k / 2 + 1, k + 1);
+    reverse_sparse(s.frames, 2);
+    EXPECT_EQ(read(s.frames, 2), (model{{{1, 1}, 2}, {{1, 2}, 4}, {{2, 1}, 1}, {{2, 2}, 3}}));
+}
+
+TEST(Sparse, SumsTracesAndDiagonals)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    sparse_operand a(20, 20);
+    const model m = fill(&r, &a, 120);
+    double sum = 0, trace = 0;
+    for (const auto &[p, v] : m) {
+        sum += v;
+        if (p.first == p.second) trace += v;
+    }
+    value_operand q;
+    sparse_sum(a.frames, 20, &q.q);
+    EXPECT_EQ(value_of(q.q), sum);
+    sparse_trace(a.frames, 20, &q.q);
+    EXPECT_EQ(value_of(q.q), trace);
+    quoly_set(2, &q.q);
+    add_to_diag(q.q, a.frames, 20);
+    model wanted = m;
+    for (std::int32_t k = 1; k <= 20; ++k) {
+        wanted[{k, k}] += 2;
+        if (wanted[{k, k}] == 0) wanted.erase({k, k});
+    }
+    EXPECT_EQ(read(a.frames, 20), wanted);
+    EXPECT_TRUE(sparse_is_sound(a.frames, 20, 20));
+}
+
+TEST(Sparse, IdentityScalarsAndMoves)
+{
+    sparse_audit audit;
+    sparse_operand id(3, 3);
+    spar_identi(&id.frames, 3, 1);
+    EXPECT_EQ(read(id.frames, 3), (model{{{1, 1}, 1}, {{2, 2}, 1}, {{3, 3}, 1}}));
+    sparse_operand to(3, 3);
+    set_entry(to.frames, 1, 3, 9);
+    put_back_sparse(id.frames, to.frames, 3);
+    EXPECT_TRUE(read(id.frames, 3).empty());
+    EXPECT_EQ(read(to.frames, 3).size(), 3u);
+    array a = {};
+    a.arr_rows = 3;
+    a.arr_cols = 3;
+    a.arr_sparse = to.frames;
+    value_operand q;
+    quoly_set(4, &q.q);
+    sparse_set_scalar(&a, 3, q.q);
+    EXPECT_EQ(sparse_entries(to.frames, 3), 9);
+    quoly_set(0, &q.q);
+    sparse_set_scalar(&a, 3, q.q);
+    EXPECT_EQ(sparse_entries(to.frames, 3), 0);
+}
+
+TEST(Sparse, IntegerDataAndBack)
+{
+    in_view live(view_word);
+    sparse_operand a(3, 3);
+    set_entry(a.frames, 1, 2, 5);
+    set_entry(a.frames, 3, 3, -7);
+    const model m = read(a.frames, 3);
+    sparse_frame *words = nullptr;
+    special_copy_sparse(a.frames, &words, 3);
+    EXPECT_EQ(words->row_head[0]->word, 5);
+    EXPECT_EQ(quick_row_mass(words->row_head[0]), 1);
+    EXPECT_EQ(quick_row_mass(words->row_head[2]), 0);
+    free_sparse_frame(&words, 3);
+    move_data_into_quoly(a.frames, 3);
+    EXPECT_EQ(a.frames->row_head[2]->word, -7);
+    move_data_outof_quoly(a.frames, 3);
+    EXPECT_EQ(read(a.frames, 3), m);
+}
+
+TEST(Sparse, QuestionsAboutEntries)
+{
+    sparse_audit audit;
+    sparse_operand s(3, 3);
+    std::int32_t flag = 1;
+    std::int32_t allnums = 0;
+    sparse_iszero(s.frames, 3, &flag);
+    EXPECT_EQ(flag, 1);
+    set_entry(s.frames, 2, 2, 5);
+    sparse_iszero(s.frames, 3, &flag);
+    EXPECT_EQ(flag, 0);
+    EXPECT_EQ(sparse_allnumbs(s.frames, 3), 1);
+    EXPECT_EQ(sparse_polydepth(s.frames, 3), constant_depth);
+    value_operand q("{0{2{#1}, #3}}");
+    quoly_assign(q.q, sparse_zero_set(head_of_row(s.frames, 3), 1));
+    EXPECT_EQ(sparse_allnumbs(s.frames, 3), 0);
+    EXPECT_EQ(sparse_allpolys(s.frames, 3, &allnums), 1);
+    EXPECT_EQ(allnums, 0);
+    EXPECT_EQ(sparse_polydepth(s.frames, 3), 2);
+    EXPECT_EQ(sparse_one_var_polys(s.frames, 3), 1);
+    value_operand other("{1{#1}, #3}");
+    quoly_assign(other.q, sparse_zero_set(head_of_row(s.frames, 3), 2));
+    EXPECT_EQ(sparse_polydepth(s.frames, 3), 1);
+    EXPECT_EQ(sparse_one_var_polys(s.frames, 3), 0);
+    EXPECT_EQ(sparse_negexponents(s.frames, 3), 0);
+}
+
+// Rings -------------------------------------------------------------------------------------------------
+
+TEST(Sparse, AnExcursionModuloAPrimeLeavesEveryChainAsItWas)
+{
+    in_view live(view_digits);
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    sparse_operand a(40, 40);
+    fill(&r, &a, 0);
+    std::vector<std::pair<place, const colm *>> before;
+    for (int k = 0; k < 300; ++k) {
+        set_entry(a.frames, 1 + static_cast<std::int32_t>(r.below(40)),
+                  1 + static_cast<std::int32_t>(r.below(40)), static_cast<std::int32_t>(r.below(8)) * 7 - 21);
+    }
+    const auto nodes = [&] {
+        std::vector<std::pair<place, const colm *>> seen;
+        row_walk w = {a.frames, 0, 40};
+        while (colm **head = next_row(&w)) {
+            for (const colm *node = *head; node; node = node->next)
+                seen.push_back({{w.row, node->coord}, node});
+        }
+        return seen;
+    };
+    before = nodes();
+    kept_view kept;
+    ring_bracket stretch;
+    enter_modulus(7, &stretch);
+    fast_change_spar(a.frames, 40, true);
+    EXPECT_TRUE(nodes().empty());
+    restore_sparsefix();
+    leave_ring(&stretch);
+    EXPECT_EQ(nodes(), before);
+    EXPECT_TRUE(sparse_is_sound(a.frames, 40, 40));
+}
+
+// Pins --------------------------------------------------------------------------------------------------
+
+TEST(Sparse, WhatIsFreedWhilePinnedStaysReadable)
+{
+    sparse_audit audit;
+    sparse_operand s(1, 5);
+    for (std::int32_t c = 1; c <= 5; ++c) set_entry(s.frames, 1, c, c);
+    const colm *walk = s.frames->row_head[0];
+    pin_values();
+    free_sparse_data(s.frames, 1);
+    double sum = 0;
+    for (; walk; walk = walk->next) sum += value_of(walk->val);
+    EXPECT_EQ(sum, 15);
+    unpin_values();
+    EXPECT_TRUE(read(s.frames, 1).empty());
+}
+
+}  // namespace
