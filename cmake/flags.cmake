@@ -26,3 +26,8 @@ endif()
 add_library(kelmar_product_flags INTERFACE)
 target_link_libraries(kelmar_product_flags INTERFACE kelmar_flags)
 target_compile_options(kelmar_product_flags INTERFACE -fno-exceptions -fno-rtti)
+if(KELMAR_COVERAGE)
+  # The tests themselves are not counted. Without optimisation, so that a line is counted where it stands.
+  target_compile_options(kelmar_product_flags INTERFACE --coverage -O0)
+  target_link_options(kelmar_flags INTERFACE --coverage)
+endif()

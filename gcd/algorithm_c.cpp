@@ -41,7 +41,7 @@ static polynode **part_of(sequence *s, sequence_part k)
     return &s->work->parts[k];
 }
 
-// Giving up -----------------------------------------------------------------------------------------------
+// Giving up ----------------------------------------------------------------------------------------------
 
 static constexpr std::int64_t cost_limit = 120000;
 static constexpr std::int64_t cost_limit_many = 40000;  // with ten variables or more
@@ -96,7 +96,13 @@ static bool must_abandon(const sequence *s)
     return false;
 }
 
-// Steps ---------------------------------------------------------------------------------------------------
+// Steps --------------------------------------------------------------------------------------------------
+
+// What the theory says to divide does: over the integers and fields, not over words with zero divisors.
+static bool theory_holds()
+{
+    return !lintmode || mod_is_prime;
+}
 
 // *p = *p / (g h^delta). 0: it does not divide, and *p is a constant.
 static int divide_remainder(sequence *s, polynode **p, std::int32_t delta)
@@ -111,7 +117,14 @@ static int divide_remainder(sequence *s, polynode **p, std::int32_t delta)
     } else {
         polynode wrapper = {0, 0, nullptr, {nullptr}};
         wrapper.coef = *t;
-        fast_poly_divide(p, &wrapper, s->names, 17);
+        if (theory_holds()) {
+            fast_poly_divide(p, &wrapper, s->names, 17);
+        } else {
+            polynode *dividend = *p;
+            *p = nullptr;
+            *p = exact_quotient_of(dividend, &wrapper, s->names);
+            if (!*p) poly_set(1, p);
+        }
     }
     free_poly(t);
     return (*p)->exp > 0;
@@ -139,7 +152,7 @@ static int advance_h(sequence *s, std::int32_t delta)
     free_poly(h);
     *h = *t;
     *t = nullptr;
-    if (fail) kelmar_error("poly_divide failed in Alg C.", 1);
+    if (fail && theory_holds()) kelmar_error("poly_divide failed in Alg C.", 1);
     return !fail;
 }
 
@@ -230,7 +243,7 @@ static void primitive_part(polynode *p, polynode **result, polynode **room, cons
     close_work(work);
 }
 
-// The order of variables ------------------------------------------------------------------------------------
+// The order of variables ---------------------------------------------------------------------------------
 
 static constexpr std::int32_t levels_looked_at = 12;
 static constexpr std::int32_t few_terms = 3;

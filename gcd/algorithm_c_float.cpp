@@ -175,7 +175,8 @@ static int verified_gcd(float_sequence *s, polynode *a, polynode *b)
     }
 }
 
-[[gnu::noinline]] void float_algorithm_c(polynode *a, polynode *b, polynode **result, pt *names, const retry_flags *flags)
+[[gnu::noinline]] void float_algorithm_c(polynode *a, polynode *b, polynode **result, pt *names,
+                                         const retry_flags *flags)
 {
     product_work *work = open_work(__builtin_frame_address(0));
     float_sequence s = {work, nullptr, nullptr, names, flags};

@@ -11,35 +11,35 @@
 
 namespace kelmar {
 
-// Where problems end ----------------------------------------------------------------------------------------
+// Where problems end -------------------------------------------------------------------------------------
 
 enum gcd_exit {
-    exit_zero,                // an operand is zero
-    exit_numbers,             // both are numbers
-    exit_number,              // one is
-    exit_no_variable,         // there is no record of a variable
-    exit_in_field,            // an operand lies in the ground field
-    exit_same,                // both are one
-    exit_not_finite,          // a double is no number
-    exit_one_variable,        // a gcd in one variable
-    exit_descent,             // neither has the outer variable
-    exit_coefficients,        // one has it not
-    exit_monomial,            // one is a single term
-    exit_divides,             // a trial: b divides a
-    exit_probe_content,       // an image has degree 0, and is no number
-    exit_probe_coprime,       // an image is a number
-    exit_probe_degree,        // only the degree is asked, and an image has it
-    exit_tower,               // Euclid's algorithm over the tower
-    exit_images_content,      // images at points have degree 0
-    exit_restricted,          // variables of one operand alone had values
-    exit_images_degree,       // only the degree is asked, and images have it
-    exit_equal,               // equal up to a number, without their contents
-    exit_spent,               // a factor taken out left nothing
-    exit_late_trial,          // a later trial: b divides a
-    exit_stash,               // the gcd was known
-    exit_modular_method,      // images modulo primes
-    exit_coprime_tests,       // images at points are coprime
-    exit_multivariate,        // images at points, interpolated
+    exit_zero,            // an operand is zero
+    exit_numbers,         // both are numbers
+    exit_number,          // one is
+    exit_no_variable,     // there is no record of a variable
+    exit_in_field,        // an operand lies in the ground field
+    exit_same,            // both are one
+    exit_not_finite,      // a double is no number
+    exit_one_variable,    // a gcd in one variable
+    exit_descent,         // neither has the outer variable
+    exit_coefficients,    // one has it not
+    exit_monomial,        // one is a single term
+    exit_divides,         // a trial: b divides a
+    exit_probe_content,   // an image has degree 0, and is no number
+    exit_probe_coprime,   // an image is a number
+    exit_probe_degree,    // only the degree is asked, and an image has it
+    exit_tower,           // Euclid's algorithm over the tower
+    exit_images_content,  // images at points have degree 0
+    exit_restricted,      // variables of one operand alone had values
+    exit_images_degree,   // only the degree is asked, and images have it
+    exit_equal,           // equal up to a number, without their contents
+    exit_spent,           // a factor taken out left nothing
+    exit_late_trial,      // a later trial: b divides a
+    exit_stash,           // the gcd was known
+    exit_modular_method,  // images modulo primes
+    exit_coprime_tests,   // images at points are coprime
+    exit_multivariate,    // images at points, interpolated
     exit_algorithm_c,
     gcd_exit_count
 };
@@ -47,15 +47,15 @@ enum gcd_exit {
 // default 0; problems that ended there; polygcd; reset: never
 inline std::int64_t gcd_exits[gcd_exit_count];
 
-// The problem ---------------------------------------------------------------------------------------------
+// The problem --------------------------------------------------------------------------------------------
 
 enum gcd_part {
-    part_a,        // operands of our own
+    part_a,  // operands of our own
     part_b,
-    part_factor,   // the gcd of the contents found so far, one level down; null: 1
-    part_outer,    // factors found in other variables, at the level of the operands; null: 1
-    part_core,     // the gcd of what is left
-    part_room,     // what a step needs for a while
+    part_factor,  // the gcd of the contents found so far, one level down; null: 1
+    part_outer,   // factors found in other variables, at the level of the operands; null: 1
+    part_core,    // the gcd of what is left
+    part_room,    // what a step needs for a while
     part_room_2,
     part_quotient
 };
@@ -109,12 +109,12 @@ inline polynode **part_of(gcd_problem *f, gcd_part k)
     return &f->work->parts[k];
 }
 
-// Answers before anything is held (driver_trivial.cpp) -------------------------------------------------------
+// Answers before anything is held (driver_trivial.cpp) ---------------------------------------------------
 
 // Answer the call when it is a simple one. Declines (0).
 int answer_simple(const gcd_call *c, gcd_exit *end);
 
-// Steps: each returns 1 when the problem is solved, and *result filled ------------------------------------
+// Steps: each returns 1 when the problem is solved, and *result filled -----------------------------------
 
 // driver_shape.cpp
 int reset_counters(gcd_problem *f);
@@ -153,7 +153,7 @@ int run_algorithm_c(gcd_problem *f);
 // The report of a stash that more gcds were filled into than it waited for.
 inline constexpr char too_many_filled[] = "negative polygcd_stack_depth 1";
 
-// The finish (driver_finish.cpp) --------------------------------------------------------------------------
+// The finish (driver_finish.cpp) -------------------------------------------------------------------------
 
 // The problem is solved: the gcd of the operands as they stand is *core, consumed. Multiply everything back
 // that was taken out, and fill *result. Return 1.
@@ -171,7 +171,7 @@ void normalise_gcd(polynode **p);
 // *result = *fresh, consumed; what *result held is released last.
 void put_result(polynode **result, polynode **fresh);
 
-// Operands --------------------------------------------------------------------------------------------------
+// Operands -----------------------------------------------------------------------------------------------
 
 // The operand is *fresh from now on, consumed.
 void set_operand(gcd_operand *op, polynode **fresh);
@@ -182,7 +182,7 @@ void own_operand(gcd_operand *op);
 // Factor c, one level down, consumed, belongs to the gcd.
 void add_factor(gcd_problem *f, polynode **c);
 
-// gcd of single terms, and with single terms ---------------------------------------------------------------
+// Gcd of single terms, and with single terms -------------------------------------------------------------
 
 // *result = gcd(a, b), where one is a single term. a, b spared; *result filled.
 void monomial_1(const polynode *a, const polynode *b, polynode **result);

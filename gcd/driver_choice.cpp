@@ -14,7 +14,7 @@
 
 namespace kelmar {
 
-// Step 25: images or Algorithm C? -------------------------------------------------------------------------------
+// Images or Algorithm C? ---------------------------------------------------------------------------------
 
 static constexpr std::int64_t heavy = 2301;  // mean weight of a node
 
@@ -57,9 +57,8 @@ struct size_row {
     std::int64_t weight;
 };
 static constexpr size_row size_rows[] = {
-    {350, 1800, 3, 2, -1},      {180, 2000, 4, 3, -1},     {900, 300, 3, 2, -1},
-    {850, 220, 4, 3, -1},       {200, 200, 7, 7, 200000},  {100, 100, 12, 12, 400000},
-    {50, 50, 14, 14, 800000},
+    {350, 1800, 3, 2, -1},    {180, 2000, 4, 3, -1},      {900, 300, 3, 2, -1},     {850, 220, 4, 3, -1},
+    {200, 200, 7, 7, 200000}, {100, 100, 12, 12, 400000}, {50, 50, 14, 14, 800000},
 };
 
 static bool row_holds(const gcd_problem *f, std::int64_t weight)
@@ -100,7 +99,7 @@ int choose_method(gcd_problem *f)
     return 0;
 }
 
-// Step 26: does b divide a? ---------------------------------------------------------------------------------------
+// Does b divide a? ---------------------------------------------------------------------------------------
 
 // The numbers of both are below 35 bits or so.
 static bool small_numbers(const gcd_problem *f)
@@ -133,7 +132,7 @@ int try_division(gcd_problem *f)
     return worth && small_numbers(f) ? end_with_b(f) : 0;
 }
 
-// Steps 27 and 33: images modulo primes ---------------------------------------------------------------------------
+// Images modulo primes -----------------------------------------------------------------------------------
 
 // A mass of b that decides, and one of a.
 struct mass_bounds {
@@ -201,7 +200,7 @@ int try_modular_method(gcd_problem *f)
     return 0;
 }
 
-// Step 32: the stash --------------------------------------------------------------------------------------------
+// The stash ----------------------------------------------------------------------------------------------
 
 int look_up(gcd_problem *f)
 {
@@ -209,7 +208,7 @@ int look_up(gcd_problem *f)
     return look_pair_up(f);
 }
 
-// Step 33: last trials ------------------------------------------------------------------------------------------
+// Last trials --------------------------------------------------------------------------------------------
 
 static int try_last_over_integers(gcd_problem *f)
 {
@@ -232,17 +231,18 @@ int try_last_divisions(gcd_problem *f)
     return modularmode ? try_last_over_words(f) : 0;
 }
 
-// Step 34: images at points ---------------------------------------------------------------------------------------
+// Images at points ---------------------------------------------------------------------------------------
 
 int try_multivariate_method(gcd_problem *f)
 {
-    if (!modularmode || !mod_is_prime || f->levels < 2 || !f->modular || !chinhensel || !mod_do_Chinese(f)) return 0;
+    if (!modularmode || !mod_is_prime || f->levels < 2 || !f->modular || !chinhensel || !mod_do_Chinese(f))
+        return 0;
     polynode **core = part_of(f, part_core);
     if (!mod_multivar_Chinese(f->a.p, f->b.p, core, f->bound, f->names)) return 0;
     return finish(f, exit_multivariate, core);
 }
 
-// Step 35: the method that always answers ---------------------------------------------------------------------
+// The method that always answers -------------------------------------------------------------------------
 
 int run_algorithm_c(gcd_problem *f)
 {

@@ -14,7 +14,7 @@
 
 namespace kelmar {
 
-// Step 21: what may be emptied becomes our own ----------------------------------------------------------------
+// What may be emptied becomes our own --------------------------------------------------------------------
 
 static void take_operand(gcd_operand *op)
 {
@@ -28,7 +28,7 @@ int take_operands(gcd_problem *f)
     return 0;
 }
 
-// Step 22: variables that only one operand has, over words --------------------------------------------------
+// Variables that only one operand has, over words --------------------------------------------------------
 
 struct degree_list {
     std::int32_t of[variable_limit + 1];  // by list, 1 the outer one
@@ -72,7 +72,8 @@ static void restrict_poly(polynode **p, const degree_list *own, const degree_lis
 static std::int32_t lone_variables(const degree_list *a, const degree_list *b)
 {
     std::int32_t count = 0;
-    for (std::int32_t level = 2; level <= variable_limit; ++level) count += (a->of[level] > 0) != (b->of[level] > 0);
+    for (std::int32_t level = 2; level <= variable_limit; ++level)
+        count += (a->of[level] > 0) != (b->of[level] > 0);
     return count;
 }
 
@@ -116,7 +117,7 @@ int restrict_variables(gcd_problem *f)
     return 0;
 }
 
-// Are two polynomials one but for a number? -----------------------------------------------------------------
+// Are two polynomials one but for a number? --------------------------------------------------------------
 
 // The lists have the same exponents everywhere.
 static bool same_exponents(const polynode *a, const polynode *b)
@@ -157,7 +158,8 @@ static bool equal_products(number *a, number *b, const cross_factors *f)
 static bool equal_crosswise(const polynode *a, const polynode *b, const cross_factors *f)
 {
     for (; a; a = a->next, b = b->next) {
-        if (a->isnum ? !equal_products(a->num, b->num, f) : !equal_crosswise(a->coef, b->coef, f)) return false;
+        if (a->isnum ? !equal_products(a->num, b->num, f) : !equal_crosswise(a->coef, b->coef, f))
+            return false;
     }
     return true;
 }
@@ -169,15 +171,15 @@ bool essentially_equal(const polynode *a, const polynode *b)
     return equal_crosswise(a, b, &f);
 }
 
-// Step 23: contents in the outer variable --------------------------------------------------------------------
+// Contents in the outer variable -------------------------------------------------------------------------
 
 static bool is_one(const polynode *p)
 {
     return is_constant(p) && num_isone(p->num);
 }
 
-// Divide the operand by its content *c, one level down. Where rounding is in the way the operand stays, and *c
-// becomes 1.
+// Divide the operand by its content *c, one level down. Where rounding is in the way the operand stays, and
+// *c becomes 1.
 static void divide_by_content(gcd_problem *f, gcd_operand *op, polynode **c)
 {
     if (is_one(*c)) return;
@@ -223,15 +225,15 @@ int take_contents_out(gcd_problem *f)
     return finish(f, exit_equal, core);
 }
 
-// Step 24: contents in the other variables ---------------------------------------------------------------------
+// Contents in the other variables ------------------------------------------------------------------------
 
 // How the loop over the variables stands.
 struct content_loop {
-    std::int32_t level;    // lists down
+    std::int32_t level;  // lists down
     std::int32_t last;
-    std::int32_t calls;    // of general_content that found something
-    std::int64_t terms;    // of all contents found
-    std::int32_t enough;   // terms after which it ends
+    std::int32_t calls;   // of general_content that found something
+    std::int64_t terms;   // of all contents found
+    std::int32_t enough;  // terms after which it ends
 };
 
 static std::int32_t raised(std::int32_t cutoff, std::int64_t mean)
@@ -266,7 +268,8 @@ static void count_content(content_loop *loop, const polynode *c)
     if (is_constant(c)) return;
     ++loop->calls;
     loop->terms += poly_numterms(c);
-    if (loop->terms / loop->calls > 3 * std::int64_t{g_cutoff} && g_cutoff < 100000000) g_cutoff = 3 * g_cutoff + 2;
+    if (loop->terms / loop->calls > 3 * std::int64_t{g_cutoff} && g_cutoff < 100000000)
+        g_cutoff = 3 * g_cutoff + 2;
 }
 
 // Divide the operand by c, at its own level. Declines (0): rounding is in the way.

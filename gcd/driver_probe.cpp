@@ -11,7 +11,7 @@
 
 namespace kelmar {
 
-// Step 17: is it worth while to look for contents in all variables? -------------------------------------------
+// Is it worth while to look for contents in all variables? -----------------------------------------------
 
 int revisit_deep(gcd_problem *f)
 {
@@ -22,7 +22,7 @@ int revisit_deep(gcd_problem *f)
     return 0;
 }
 
-// Step 18: images modulo a prime ------------------------------------------------------------------------------
+// Images modulo a prime ----------------------------------------------------------------------------------
 
 // The gcd is free of the outer variable.
 static int finish_by_contents(gcd_problem *f, gcd_exit end)
@@ -62,7 +62,7 @@ int probe_modulo_primes(gcd_problem *f)
     return 0;
 }
 
-// Step 19: over a tower whose inverses are known --------------------------------------------------------------
+// Over a tower whose inverses are known ------------------------------------------------------------------
 
 // Every leading coefficient is a number, or lies in the field.
 static bool leads_invertible(const gcd_problem *f)
@@ -78,7 +78,7 @@ int solve_over_tower(gcd_problem *f)
     return finish(f, exit_tower, core);
 }
 
-// Step 20: images at random points, over words ----------------------------------------------------------------
+// Images at random points, over words --------------------------------------------------------------------
 
 int test_images(gcd_problem *f)
 {
@@ -98,7 +98,7 @@ int test_images(gcd_problem *f)
     return 0;
 }
 
-// Steps 28 to 31: tests with fixed points, before a long computation ------------------------------------------
+// Tests with fixed points, before a long computation -----------------------------------------------------
 
 int count_tests(gcd_problem *f)
 {

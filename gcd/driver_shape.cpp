@@ -17,7 +17,7 @@
 
 namespace kelmar {
 
-// Operands --------------------------------------------------------------------------------------------------
+// Operands -----------------------------------------------------------------------------------------------
 
 static void free_loan(polynode **loan)
 {
@@ -56,7 +56,7 @@ void own_operand(gcd_operand *op)
     set_operand(op, &fresh);
 }
 
-// Step 11: counters start anew where the problem is not part of a larger one ----------------------------------
+// Counters start anew where the problem is not part of a larger one --------------------------------------
 
 int reset_counters(gcd_problem *f)
 {
@@ -70,7 +70,7 @@ int reset_counters(gcd_problem *f)
     return 0;
 }
 
-// Step 12: the power of the outer variable that each operand has ----------------------------------------------
+// The power of the outer variable that each operand has --------------------------------------------------
 
 static std::int32_t lowest_exponent(const polynode *p)
 {
@@ -131,7 +131,7 @@ int end_small_pair(gcd_problem *f)
     return finish(f, end, core);
 }
 
-// Step 13: exponents that are all multiples of a stride, over words -----------------------------------------
+// Exponents that are all multiples of a stride, over words -----------------------------------------------
 
 static std::int32_t gap_gcd(const polynode *p, std::int32_t d)
 {
@@ -150,7 +150,7 @@ int take_stride_out(gcd_problem *f)
     return 0;
 }
 
-// Step 14: the larger degree first --------------------------------------------------------------------------
+// The larger degree first --------------------------------------------------------------------------------
 
 int order_operands(gcd_problem *f)
 {
@@ -163,7 +163,7 @@ int order_operands(gcd_problem *f)
     return 0;
 }
 
-// Step 15: may images modulo primes be asked for the degree? --------------------------------------------------
+// May images modulo primes be asked for the degree? ------------------------------------------------------
 
 static bool both_above_field(const gcd_problem *f)
 {
@@ -176,7 +176,8 @@ int allow_probe(gcd_problem *f)
     f->own_primes = 0;
     if (lintmode || field_depth == 0) return 0;
     const bool few_outside = number_polys - field_depth < 4;
-    if (few_outside && (number_polys != field_depth || number_polys - f->level < 2 || aux_prime1_number < 1)) {
+    if (few_outside &&
+        (number_polys != field_depth || number_polys - f->level < 2 || aux_prime1_number < 1)) {
         f->may_probe = both_above_field(f);
     } else {
         f->own_primes = 1;
@@ -184,7 +185,7 @@ int allow_probe(gcd_problem *f)
     return 0;
 }
 
-// Step 16: a small operand may divide the other one ---------------------------------------------------------
+// A small operand may divide the other one ---------------------------------------------------------------
 
 // The content of b divides that of a. *q = the quotient, a constant; null before.
 static bool contents_divide(gcd_problem *f, polynode **q)

@@ -16,7 +16,7 @@
 
 namespace kelmar {
 
-// Results -------------------------------------------------------------------------------------------------
+// Results ------------------------------------------------------------------------------------------------
 
 void put_result(polynode **result, polynode **fresh)
 {
@@ -56,7 +56,7 @@ void normalise_gcd(polynode **p)
     }
 }
 
-// Zero and numbers ----------------------------------------------------------------------------------------
+// Zero and numbers ---------------------------------------------------------------------------------------
 
 // gcd(0, p) = p.
 static int answer_zero(const gcd_call *c)
@@ -119,7 +119,7 @@ static int answer_no_variable(const gcd_call *c)
     return 1;
 }
 
-// The ground field ----------------------------------------------------------------------------------------
+// The ground field ---------------------------------------------------------------------------------------
 
 bool reaches_field(const polynode *p, std::int32_t level)
 {
@@ -140,7 +140,7 @@ static int answer_in_field(const gcd_call *c)
     return 1;
 }
 
-// What is alike -------------------------------------------------------------------------------------------
+// What is alike ------------------------------------------------------------------------------------------
 
 static int answer_same(const gcd_call *c)
 {
@@ -166,7 +166,7 @@ static int answer_not_finite(const gcd_call *c)
     return 1;
 }
 
-// One variable --------------------------------------------------------------------------------------------
+// One variable -------------------------------------------------------------------------------------------
 
 // There is one variable at all, or the operands have no other.
 static bool one_variable(const gcd_call *c)
@@ -187,7 +187,7 @@ static int answer_one_variable(const gcd_call *c)
     return 1;
 }
 
-// Down to a variable that both have -------------------------------------------------------------------------
+// Down to a variable that both have ----------------------------------------------------------------------
 
 // Where the problem began, counting begins anew.
 static void count_anew(std::int32_t level, const gcd_call *c)
@@ -231,7 +231,7 @@ static int answer_coefficients(const gcd_call *c)
     return 1;
 }
 
-// Single terms ----------------------------------------------------------------------------------------------
+// Single terms -------------------------------------------------------------------------------------------
 
 struct term_shape {
     std::int32_t levels;
@@ -279,7 +279,7 @@ static int answer_monomial(const gcd_call *c)
     return 1;
 }
 
-// The order of the answers ----------------------------------------------------------------------------------
+// The order of the answers -------------------------------------------------------------------------------
 
 static const struct {
     int (*answer)(const gcd_call *);

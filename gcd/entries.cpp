@@ -63,7 +63,7 @@ void Lpolygcd3(polynode **a, polynode **result, pt *names)
     Lpolygcd(a, a, result, 1, names);
 }
 
-// Values ----------------------------------------------------------------------------------------------------
+// Values -------------------------------------------------------------------------------------------------
 
 static void gcd_of_number(const quolynode *q, quolynode **result)
 {

@@ -5,8 +5,8 @@
 
 namespace kelmar {
 
-// *result = the gcd of *q with itself: *q normalised. *q restored; *result replaced. Errors: 203 when *q has a
-// denominator; then *result = a copy of *q. Polls: as polygcd.
+// *result = the gcd of *q with itself: *q normalised. *q restored; *result replaced. Errors: 203 when *q has
+// a denominator; then *result = a copy of *q. Polls: as polygcd.
 void gcd_0_poly(quolynode **q, quolynode **result);
 
 }  // namespace kelmar

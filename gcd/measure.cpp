@@ -11,7 +11,7 @@
 
 namespace kelmar {
 
-// Nodes -------------------------------------------------------------------------------------------------
+// Nodes --------------------------------------------------------------------------------------------------
 
 // Each list stops above `enough`.
 static std::int32_t nodes_by_list(const polynode *p, std::int32_t enough)
@@ -61,7 +61,7 @@ std::int32_t poly_nodes(const polynode *p, std::int32_t limit)
     return add_nodes(p, 0, limit);
 }
 
-// Weights -------------------------------------------------------------------------------------------------
+// Weights ------------------------------------------------------------------------------------------------
 
 static constexpr std::int32_t weighed_nodes = 4000;
 
@@ -97,13 +97,12 @@ std::int64_t poly_weight(const polynode *p)
     return sum.weight;
 }
 
-// Terms -------------------------------------------------------------------------------------------------
+// Terms --------------------------------------------------------------------------------------------------
 
 // count + the terms of p, the first count above limit at most.
 static std::int32_t add_terms(const polynode *p, std::int32_t count, std::int32_t limit)
 {
-    for (; p && count <= limit; p = p->next)
-        count = p->isnum ? count + 1 : add_terms(p->coef, count, limit);
+    for (; p && count <= limit; p = p->next) count = p->isnum ? count + 1 : add_terms(p->coef, count, limit);
     return count;
 }
 
@@ -132,7 +131,7 @@ std::int32_t poly_numterms(const polynode *p)
     return add_terms(p, 0, INT32_MAX - 1);
 }
 
-// Shape -------------------------------------------------------------------------------------------------
+// Shape --------------------------------------------------------------------------------------------------
 
 std::int32_t polys_there(const polynode *p)
 {
@@ -146,7 +145,8 @@ std::int64_t sum_degrees(const polynode *p, std::int64_t enough)
     std::int64_t sum = 0;
     for (; p && sum <= enough; p = p->next) {
         if (p->isnum) continue;
-        for (const polynode *q = p->coef; !q->isnum; q = q->coef) sum += q->exp < 0 ? -std::int64_t{q->exp} : q->exp;
+        for (const polynode *q = p->coef; !q->isnum; q = q->coef)
+            sum += q->exp < 0 ? -std::int64_t{q->exp} : q->exp;
     }
     return sum;
 }
@@ -176,7 +176,7 @@ bool depth_only_2(const polynode *p)
     return variables <= 1;
 }
 
-// Hash ----------------------------------------------------------------------------------------------------
+// Hash ---------------------------------------------------------------------------------------------------
 
 static std::uint32_t mix(std::uint32_t h, std::uint32_t v)
 {

@@ -8,7 +8,7 @@
 
 namespace kelmar {
 
-// Nodes -------------------------------------------------------------------------------------------------
+// Nodes --------------------------------------------------------------------------------------------------
 
 // Nodes on all levels. Each list ends its walk above the bound, 800, 1000, 10000, 100; the value is at most
 // twice the bound.
@@ -28,7 +28,7 @@ struct node_weight {
 };
 node_weight expon_node_total(const polynode *p);
 
-// Terms -------------------------------------------------------------------------------------------------
+// Terms --------------------------------------------------------------------------------------------------
 
 // Terms, stopping above 30, 2000, 200000, and never.
 std::int32_t fast_numterms(const polynode *p);
@@ -37,7 +37,7 @@ std::int32_t f_poly_numterms(const polynode *p);
 std::int32_t q_poly_numterms(const polynode *p);
 std::int32_t poly_numterms(const polynode *p);
 
-// Shape -------------------------------------------------------------------------------------------------
+// Shape --------------------------------------------------------------------------------------------------
 
 // Coefficients of the outer list that are no numbers.
 std::int32_t polys_there(const polynode *p);

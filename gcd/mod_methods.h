@@ -18,7 +18,7 @@ void basic_mod_method(polynode *a, polynode *b, polynode **result, std::int32_t 
 // not above it. Declines (0); *result stays. a, b restored; *result replaced.
 int mod_multivar_Chinese(polynode *a, polynode *b, polynode **result, std::int32_t bound, pt *names);
 
-// Towers: variables from field_depth inward belong to the ground field ------------------------------------
+// Towers: variables from field_depth inward belong to the ground field -----------------------------------
 
 // default 0, null, 1; primes under which the tower stays one, for images of what lies above it: how many, the
 // primes; and whether there are none of the second kind; relations; reset: never

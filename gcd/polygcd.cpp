@@ -56,6 +56,7 @@ static const gcd_step steps[] = {
     f.stride = 1;
     f.bound = 1;
     for (const gcd_step step : steps) {
+        poll_interrupt();
         if (step(&f)) break;
     }
     ++gcd_exits[f.end];

@@ -19,8 +19,8 @@ namespace kelmar {
 inline std::int32_t trial_cutoff = 25;
 // default 6; images are taken at once when the degree may fall by more; nobody
 inline std::int32_t mod_method_diff = 6;
-// default 20; nodes; above it an image modulo a prime is worth while; fast_test_2; reset: statement, unwind
 inline constexpr std::int32_t default_tripval = 20;
+// default 20; nodes; above it an image modulo a prime is worth while; fast_test_2; reset: statement, unwind
 inline std::int32_t tripval = default_tripval;
 // default 1; the multivariate modular methods may be used; 0 forces Algorithm C; the switch &O; reset: never
 inline std::int32_t chinhensel = 1;
@@ -49,7 +49,7 @@ inline std::int32_t g_cutoff = first_g_cutoff;
 // at random points are allowed. deep: content may be looked for over several levels. a_is_ours, b_is_ours:
 // 1: the operand is restored; 0: it may be emptied, and the caller frees what is left. top: counters start
 // anew. *result replaced, may be null.
-// Errors: 85 modulo a composite. Faults: names is null. Polls: in long steps.
+// Errors: 85 modulo a composite. Faults: names is null. Polls: between steps, and in long ones.
 void polygcd(polynode *a, polynode *b, polynode **result, std::int32_t exponent_only, std::int32_t test,
              std::int32_t deep, pt *names, std::int32_t a_is_ours, std::int32_t b_is_ours, std::int32_t top);
 

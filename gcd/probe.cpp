@@ -13,7 +13,7 @@
 
 namespace kelmar {
 
-// Modulo a prime --------------------------------------------------------------------------------------------
+// Modulo a prime -----------------------------------------------------------------------------------------
 
 static std::int32_t residue(const number *n, std::int32_t p)
 {
@@ -63,7 +63,7 @@ static void gcd_of_residues(polynode *a, polynode *b, polynode **g, pt *names)
     return 1;
 }
 
-// At points ---------------------------------------------------------------------------------------------------
+// At points ----------------------------------------------------------------------------------------------
 
 static std::int32_t random_residue(std::int32_t position)
 {
@@ -97,7 +97,8 @@ static void gcd_of_images(polynode *a, polynode *b, polynode **g, pt *names)
     std::int32_t coprime = 0;
     if (modularmode && mod_is_prime) {
         basic_poly_gcd(a, b, g, 0, names);
-    } else if (exact_integers() && field_depth > 0 && !no_aux_primes2 && armand_modular(a, b, names, &coprime)) {
+    } else if (exact_integers() && field_depth > 0 && !no_aux_primes2 &&
+               armand_modular(a, b, names, &coprime)) {
         base_poly(g, 1);
         if (coprime) poly_set(1, g);
     } else {

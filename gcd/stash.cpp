@@ -32,7 +32,7 @@ bool stash_is_open()
     return lookupgcd > 0 && !half_full();
 }
 
-// Chains --------------------------------------------------------------------------------------------------
+// Chains -------------------------------------------------------------------------------------------------
 
 static void free_chain(quolynode **chain)
 {
@@ -58,7 +58,8 @@ static void clear_chains()
 static void keep_to_ring()
 {
     const stash_ring now = {live_view(), modularmode ? modulus : -1, field_depth};
-    if (now.view == filled_in.view && now.modulus == filled_in.modulus && now.depth == filled_in.depth) return;
+    if (now.view == filled_in.view && now.modulus == filled_in.modulus && now.depth == filled_in.depth)
+        return;
     clear_chains();
     prev_modulus = -1;
     filled_in = now;
@@ -87,7 +88,7 @@ void purge_gcd_stash(std::int32_t keep)
     }
 }
 
-// Entries -------------------------------------------------------------------------------------------------
+// Entries ------------------------------------------------------------------------------------------------
 
 static bool is_entry_of(const quolynode *entry, const polynode *a, const polynode *b)
 {
@@ -165,7 +166,7 @@ void keep_gcd(pending_gcd *pending, const polynode *g, const char *report)
     if (--polygcd_stack_depth < 0) kelmar_error(report, 0);
 }
 
-// The whole stash -----------------------------------------------------------------------------------------
+// The whole stash ----------------------------------------------------------------------------------------
 
 void free_gcd_stash()
 {

@@ -2,7 +2,7 @@
 #include "matrix/array.h"
 #include <cstdlib>
 #include <cstring>
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/sparse.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/store.h"

@@ -3,7 +3,7 @@
 // A node that vanishes on the way into a modulus keeps its record and its next field: when the links are
 // written back, the last one first, each chain is as it was.
 #include "matrix/array_rings.h"
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/store.h"
 #include "quoly/ring_change.h"

@@ -3,7 +3,7 @@
 // What was set aside keeps its links, for a walk may stand on it: so the tables hold addresses, and nothing
 // is chained through the records themselves.
 #include "matrix/pins.h"
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/sparse.h"
 
 namespace kelmar {

@@ -3,7 +3,7 @@
 // Whoever keeps the address of an entry while user code may run keeps an entry_ref beside it, and looks the
 // entry up again when array_moves has changed.
 #include "matrix/sparse.h"
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/pins.h"
 #include "matrix/store.h"
 #include "numbers/dispatch.h"

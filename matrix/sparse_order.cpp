@@ -5,7 +5,7 @@
 // a column number leads straight to its frame.
 #include "matrix/sparse_order.h"
 #include <utility>
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/store.h"
 

@@ -5,7 +5,7 @@
 // slot a few times. Slots are moved a page run at a time.
 #include "matrix/store.h"
 #include <cstring>
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "matrix/pins.h"
 #include "session/report.h"
 

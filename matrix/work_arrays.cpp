@@ -1,6 +1,6 @@
 // matrix/work_arrays.cpp -- the dense tables of matrix algorithms.
 #include "matrix/work_arrays.h"
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -39,19 +39,18 @@ static int divide_both(polynode *a, polynode *b, polynode *g, polynode **qa, pol
 // What is done against a wrong gcd that division `which` found out: a test is turned off, or nothing.
 static void answer_wrong_gcd(int which, bool retry_only)
 {
+    const char *text = " *** Warning %d. A  fast probabilistic gcd algorithm is being retried.\n";
+    int number = 4 + which;
     if (!retry_only && try_rat) {
         try_rat = 0;
-        std::printf(
-            " Warning %d. A fast probabilistic test for exact poly division has been turned off (&_t).\n",
-            which);
+        text = " Warning %d. A fast probabilistic test for exact poly division has been turned off (&_t).\n";
+        number = which;
     } else if (!retry_only && rat_yes) {
         rat_yes = 0;
-        std::printf(
-            " Warning %d. Another fast probabilistic test for exact poly division has been turned off.\n",
-            2 + which);
-    } else if (verbose) {
-        std::printf(" *** Warning %d. A  fast probabilistic gcd algorithm is being retried.\n", 4 + which);
+        text = " Warning %d. Another fast probabilistic test for exact poly division has been turned off.\n";
+        number = 2 + which;
     }
+    if (verbose) std::printf(text, number);
 }
 
 // *g = 1 and the quotients are the operands.

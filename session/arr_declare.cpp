@@ -1,5 +1,5 @@
 // session/arr_declare.cpp -- declarations, conversions, and the array of arrays.
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "poly/variables.h"
 #include "session/arr_access.h"
 #include "session/arr_assign.h"

@@ -3,7 +3,8 @@
 // The new value is made whole first, so that an expression may read [<] and become it.
 #include "session/arr_system.h"
 #include <cstring>
-#include "matrix/heap.h"
+#include "matrix/array_rings.h"
+#include "numbers/heap.h"
 #include "matrix/pins.h"
 #include "matrix/product.h"
 #include "matrix/sparse_ops.h"
@@ -110,6 +111,14 @@ void for_each_value_entry(void (*f)(quolynode **value))
             if (v->entries[k]) f(&v->entries[k]);
         }
     }
+}
+
+void for_each_array_entry(void (*f)(quolynode **value))
+{
+    change_arrays(f);
+    change_sparses(f, true);
+    for_each_system_entry(f);
+    for_each_value_entry(f);
 }
 
 }  // namespace kelmar

@@ -30,4 +30,8 @@ void arrays_on_unwind();
 void for_each_system_entry(void (*f)(quolynode **value));
 void for_each_value_entry(void (*f)(quolynode **value));
 
+// Call f on each entry of every array, of the system array, and of running expressions. What it leaves null
+// becomes 0; zeros of sparse arrays go.
+void for_each_array_entry(void (*f)(quolynode **value));
+
 }  // namespace kelmar

@@ -1,6 +1,6 @@
 // session/arr_target.cpp -- the bracketed denotations of stored arrays.
 #include "session/arr_target.h"
-#include "matrix/heap.h"
+#include "numbers/heap.h"
 #include "poly/variables.h"
 #include "session/arr_access.h"
 #include "session/arr_system.h"

@@ -6,7 +6,9 @@
 #include "session/attach.h"
 #include "poly/attach.h"
 #include "poly/variables.h"
+#include "quoly/normal_form.h"
 #include "quoly/quoly.h"
+#include "session/arr_system.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/names.h"
@@ -60,6 +62,20 @@ static void set_one(quolynode **slot)
     polynum_to_quoly(slot);
 }
 
+// Without the variable, numerator and denominator may have a common divisor.
+static void tidy_value(quolynode **slot)
+{
+    if (*slot && !(*slot)->is_num && (*slot)->den) check_quoly(slot, 1);
+}
+
+static void tidy_all_values()
+{
+    ++interrupts_held;
+    for_each_stored(tidy_value);
+    for_each_array_entry(tidy_value);
+    --interrupts_held;
+}
+
 // Adjoining and cancelling -------------------------------------------------------------------------------
 
 static void adjoin(const attach_request *r)
@@ -98,6 +114,7 @@ static void cancel_variable(const attach_request *r)
     }
     delete_poly_name(going_level);
     if (field_depth > going_level) --field_depth;
+    tidy_all_values();
     std::fprintf(Output, "%s now cancelled.\n", r->name.text);
 }
 

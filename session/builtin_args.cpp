@@ -2,6 +2,7 @@
 #include "session/builtin_args.h"
 #include <cmath>
 #include "numbers/dispatch.h"
+#include "session/arr_access.h"
 #include "session/expr.h"
 #include "session/factor.h"
 #include "session/owned.h"
@@ -88,6 +89,23 @@ quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cur
     if (!v->n && v->p && *v->p) return v->p;
     error(err_not_assignable, token.text);
     return nullptr;
+}
+
+quolynode **settled_slot(operand *v)
+{
+    if (v->at.array_time && v->at.moves != array_moves) refresh_entry(v);
+    if (v->p && *v->p) return v->p;
+    v->at.array_time = 0;
+    quoly_set(0, &v->n);
+    v->p = &v->n;
+    return v->p;
+}
+
+void close_target(operand *v)
+{
+    if (!v->at.array_time) return;
+    if (v->at.moves != array_moves) refresh_entry(v);
+    if (v->at.row) purge_sparse(v->at.row, v->at.col);
 }
 
 bool is_finite_number(const quolynode *q)

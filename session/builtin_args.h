@@ -35,6 +35,13 @@ void get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
 // The same for an argument that is changed: p is the slot of a variable or entry. Null after error 316.
 quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
 
+// The slot of such an argument now, after others have been read, which may have moved arrays; one of v's own
+// when its array has gone.
+quolynode **settled_slot(operand *v);
+
+// Such an argument has its new value: a zero does not stay in a sparse array.
+void close_target(operand *v);
+
 // Read a number; its whole part goes to *v. Declines (0) after error `number`, for what is no number or out
 // of range.
 int read_whole(input_stream **stream, name_node **cursor, std::int32_t *v, int number);

@@ -10,7 +10,7 @@
 #include "numbers/long_gcd.h"
 #include "poly/div.h"
 #include "poly/mul_work.h"
-#include "poly/pth_root.h"
+#include "quoly/pth_root.h"
 #include "quoly/divide.h"
 #include "quoly/fraction.h"
 #include "session/builtin_args.h"
@@ -194,7 +194,8 @@ static bool read_egcd(input_stream **stream, egcd_arguments *a, name_node **curs
     poly_to_quoly(&results[0], n);
     for (int k = 0; k < 2; ++k) {
         if (a->slots[k]) {
-            poly_to_quoly(&results[k + 1], a->slots[k]);
+            poly_to_quoly(&results[k + 1], settled_slot(&a->places[k]));
+            close_target(&a->places[k]);
         } else {
             free_poly(&results[k + 1]);
         }

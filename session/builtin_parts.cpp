@@ -371,6 +371,7 @@ static void read_change(input_stream **stream, quolynode **n, name_node **cursor
     if (complete) {
         read_argument_value(stream, &c, cursor);
         close_argument(stream, cursor);
+        slot = settled_slot(&target);
         if (!(*slot)->is_num && (*slot)->den) {
             error(add ? err_change_coef_denominator : err_set_coef_denominator, token.text);
         } else if ((e < 0 && !laurent) || (e != 0 && number_polys == 0)) {
@@ -379,6 +380,7 @@ static void read_change(input_stream **stream, quolynode **n, name_node **cursor
             error(coefficient_fault(c), token.text);
         } else {
             change_coef(slot, e, &c, add);
+            close_target(&target);
         }
     }
     give_back();

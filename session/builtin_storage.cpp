@@ -31,7 +31,10 @@ static void on_two_slots(input_stream **stream, quolynode **n, name_node **curso
     if (x && pass_comma(stream, cursor, err_need_comma)) y = new_get_quoly_ptr(stream, &second, cursor);
     if (y) {
         close_argument(stream, cursor);
-        work(x, y);
+        x = settled_slot(&first);
+        work(x, settled_slot(&second));
+        close_target(&first);
+        close_target(&second);
     }
     give_back();
     disown();
@@ -84,7 +87,8 @@ static void on_slot(input_stream **stream, quolynode **n, name_node **cursor,
     if (x && pass_comma(stream, cursor, err_need_comma)) {
         read_argument_value(stream, &q, cursor);
         close_argument(stream, cursor);
-        change(x, q);
+        change(settled_slot(&target), q);
+        close_target(&target);
     }
     give_back();
     disown();

@@ -4,7 +4,6 @@
 // change, then stored values are converted one by one, over the new ring, each from the view that the old one
 // has left. While they are, no interrupt is answered, since values of two rings stand side by side.
 #include "session/change_prec.h"
-#include "matrix/array_rings.h"
 #include "numbers/convert.h"
 #include "numbers/random.h"
 #include "poly/div_karat.h"
@@ -82,10 +81,7 @@ static void change_everything(const ring_step *step)
     ++interrupts_held;
     change_polydata(step->relation);
     for_each_stored(step->value);
-    change_arrays(step->value);
-    change_sparses(step->value, true);
-    for_each_system_entry(step->value);
-    for_each_value_entry(step->value);
+    for_each_array_entry(step->value);
     --interrupts_held;
 }
 
@@ -219,10 +215,7 @@ bool change_laurent(std::int32_t v)
     laurent = v;
     ++interrupts_held;
     for_each_stored(change_quol);
-    change_arrays(change_quol);
-    change_sparses(change_quol, true);
-    for_each_system_entry(change_quol);
-    for_each_value_entry(change_quol);
+    for_each_array_entry(change_quol);
     --interrupts_held;
     return true;
 }

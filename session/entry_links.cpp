@@ -2,7 +2,7 @@
 #include "session/entry_links.h"
 #include <cstdlib>
 #include "session/arr_access.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/int_expr.h"
 #include "session/report.h"
 #include "session/settings.h"

@@ -7,11 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include "session/errors.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/output.h"
 #include "session/prompt.h"
 #include "session/report.h"
-#include "session/seams.h"
+#include "session/texts.h"
 
 namespace kelmar {
 
@@ -24,35 +24,10 @@ static constexpr int place_columns = 255;  // of each of them
 static bool read_quoted_name(char *name)
 {
     int length = 0;
-    for (;;) {
-        int line_ended;
-        dumbscanner(&Input, &token, &zilch, &line_ended);
-        if (line_ended) {
-            error(err_bad_quoted_text, ";");
-            return false;
-        }
-        if (token.text[0] == '\'') break;
-        const int more = static_cast<int>(std::strlen(token.text));
-        if (length + more >= file_name_room) {
-            std::fputs("*** Warning. Name is too long.\n", Output);
-            return false;
-        }
-        std::memcpy(name + length, token.text, static_cast<std::size_t>(more) + 1);
-        length += more;
-    }
-    return true;
-}
-
-// The [ of an array of characters is in hand.
-static bool read_array_name(char *name)
-{
-    scanner(&Input, &token, &zilch);
-    token_rec array = token;
-    if (!get_from_array(&array, name, file_name_room)) return false;
-    scanner(&Input, &token, &zilch);
-    if (token.text[0] == ']') return true;
-    error(err_need_close_bracket, token.text);
-    return false;
+    const text_end end = read_quoted(&Input, &zilch, name, &length);
+    if (end == text_cut) error(err_bad_quoted_text, ";");
+    if (end == text_too_long) std::fputs("*** Warning. Name is too long.\n", Output);
+    return end == text_whole;
 }
 
 // The first token of the answer is in hand.
@@ -60,7 +35,7 @@ static bool read_answered_name(const char *cancelled, char *name)
 {
     name[0] = 0;
     if (token.text[0] == '\'') return read_quoted_name(name);
-    if (token.text[0] == '[') return read_array_name(name);
+    if (token.text[0] == '[') return read_array_text(&Input, &zilch, name);
     if (token.text[0] == '@') {
         std::fputs(cancelled, Output);
         return false;

@@ -10,11 +10,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include "session/scanner.h"
+#include "session/texts.h"
 
 namespace kelmar {
 
-inline constexpr int file_name_room = 256;  // bytes of a name, its end mark included
+inline constexpr int file_name_room = text_room;  // bytes of a name
 
 // One opening of a statement file.
 struct open_file {

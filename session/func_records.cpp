@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include "session/entry_links.h"
 #include "session/errors.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 
 namespace kelmar {
 

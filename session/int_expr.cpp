@@ -455,7 +455,7 @@ static void refresh_slot(word_operand *v)
 static void store_word(word_operand *v)
 {
     refresh_slot(v);
-    if (!v->at.row) {
+    if (!v->at.array_time || !v->at.row) {
         if (v->slot) quoly_set(v->word, v->slot);
         return;
     }

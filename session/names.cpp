@@ -7,7 +7,7 @@
 #include "session/evaluator.h"
 #include "session/func_records.h"
 #include "session/func_run.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/output.h"
 #include "session/report.h"
 #include "storage/accounting.h"

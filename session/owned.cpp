@@ -1,7 +1,7 @@
 // session/owned.cpp -- the values that running evaluators own.
 #include "session/owned.h"
 #include <cstdlib>
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -4,7 +4,7 @@
 // mean: the end of a terminal statement, a blank of a file, and the end of a comment. Names are read on from
 // there. Every token of a stream goes into the ring of the statement's last sixty, which only errors read.
 #include "session/scanner.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/pset.h"
 #include "session/report.h"
 #include "numbers/decimal.h"  // continuation: the display breaks lines with the character that joins them

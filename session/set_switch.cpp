@@ -13,10 +13,10 @@
 #include "session/report.h"
 #include "session/seams.h"
 #include "session/switch_values.h"
+#include "session/texts.h"
 
 namespace kelmar {
 
-static constexpr int text_room = 256;  // bytes of a text, its end mark included
 static constexpr char random_code = '3';
 static constexpr char columns_code = '4';
 
@@ -73,34 +73,6 @@ static bool append_token(char *text, int *length)
     return true;
 }
 
-// The opening quote is in hand; the closing one is left in hand.
-static bool read_quoted(input_stream **stream, name_node **cursor, char *text)
-{
-    int length = 0;
-    for (;;) {
-        int line_ended;
-        dumbscanner(stream, &token, cursor, &line_ended);
-        if (line_ended || token_is(&token, endlist)) {
-            error(err_bad_quoted_text, ";");
-            return false;
-        }
-        if (token.text[0] == '\'') return true;
-        if (!append_token(text, &length)) return false;
-    }
-}
-
-// The [ of an array is in hand; its ] is left in hand.
-static bool read_array_text(input_stream **stream, name_node **cursor, char *text)
-{
-    scanner(stream, &token, cursor);
-    token_rec name = token;
-    if (!get_from_array(&name, text, text_room)) return false;
-    scanner(stream, &token, cursor);
-    if (token.text[0] == ']') return true;
-    error(err_need_close_bracket, token.text);
-    return false;
-}
-
 // Read the text whose first token is in hand, and the token behind it. Declines (0) after an error.
 static bool read_text(input_stream **stream, name_node **cursor, char *text)
 {
@@ -108,7 +80,7 @@ static bool read_text(input_stream **stream, name_node **cursor, char *text)
     bool good;
     text[0] = 0;
     if (token.text[0] == '\'') {
-        good = read_quoted(stream, cursor, text);
+        good = read_quoted_text(stream, cursor, text, &length);
     } else if (token.text[0] == '[') {
         good = read_array_text(stream, cursor, text);
     } else {

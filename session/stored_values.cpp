@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include "session/evaluator.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/names.h"
 #include "session/owned.h"
 

@@ -23,7 +23,9 @@ void storm_poll()
     if (raging || interrupts_held) return;
     ++storm_polls;
     if (storm_stop_at >= 0) {
-        if (storm_polls == storm_stop_at) error(panic_stop, " ");
+        if (storm_polls != storm_stop_at) return;
+        storm_stop_at += storm_stop_every;
+        error(panic_stop, " ");
         return;
     }
     if (levelcount >= highest_level || storm_polls % storm_period != 0) return;

@@ -10,6 +10,8 @@ inline std::int64_t storm_polls = 0;
 // default -1; the poll at which the statement is given up; with 0, or one that is past, none is, and no level
 // is pushed either; tests; reset: never
 inline std::int64_t storm_stop_at = -1;
+// default 0; above 0: polls from one such stop to the next; fuzz targets; reset: never
+inline std::int64_t storm_stop_every = 0;
 
 // Now and then push a command level here and leave it at once, unseen. Nothing that a session
 // shows may change.

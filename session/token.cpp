@@ -3,7 +3,7 @@
 // They come from the heap one by one and live on a free list for ever after.
 #include "session/token.h"
 #include <cstdlib>
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "storage/accounting.h"
 
 namespace kelmar {

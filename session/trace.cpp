@@ -4,7 +4,7 @@
 // and then only counted, so that a runaway recursion stays readable.
 #include "session/trace.h"
 #include "session/func_run.h"
-#include "session/heap.h"
+#include "numbers/heap.h"
 #include "session/output.h"
 
 namespace kelmar {

@@ -17,10 +17,9 @@
 #include "session/owned.h"
 #include "session/report.h"
 #include "session/switch_values.h"
+#include "session/texts.h"
 
 namespace kelmar {
-
-static constexpr std::size_t text_room = 256;  // bytes of a literal text, its end mark included
 
 // Places ------------------------------------------------------------------------------------------------
 
@@ -133,28 +132,13 @@ static bool value_item(input_stream **stream, name_node **cursor, output_place *
 static bool handle_quote(input_stream **stream, name_node **cursor, output_place *place)
 {
     char text[text_room];
-    std::size_t length = 0;
+    int length = 0;
     item_form form = {0, 0};
-    for (;;) {
-        int line_ended;
-        dumbscanner(stream, &token, cursor, &line_ended);
-        if (line_ended || token_is(&token, endlist)) {
-            error(err_bad_quoted_text, ";");
-            return false;
-        }
-        if (token.text[0] == '\'') break;
-        const std::size_t more = std::strlen(token.text);
-        if (length + more >= text_room) {
-            error(err_text_too_long, token.text);
-            return false;
-        }
-        std::memcpy(text + length, token.text, more);
-        length += more;
-    }
+    if (!read_quoted_text(stream, cursor, text, &length)) return false;
     scanner(stream, &token, cursor);
     if (!read_item_form(stream, cursor, &form)) return false;
-    put_text(place, text, length);
-    put_blanks(place, std::int64_t{form.width} - static_cast<std::int64_t>(length));
+    put_text(place, text, static_cast<std::size_t>(length));
+    put_blanks(place, std::int64_t{form.width} - length);
     return true;
 }
 

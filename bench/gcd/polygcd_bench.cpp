@@ -1,4 +1,4 @@
-// bench/gcd/polygcd_bench.cpp -- gcds in several variables over the integers, against FLINT where it is found.
+// bench/gcd/polygcd_bench.cpp -- gcds in several variables over the integers, against FLINT.
 //
 // Three kinds of pairs: g a and g b; a and b coprime; g and g a. Factors are dense, all terms up to a degree
 // in each variable, or sparse. The label is a checksum, the same for both: the terms of the operands, and of
@@ -16,7 +16,7 @@
 
 using namespace kelmar;
 
-// Operands --------------------------------------------------------------------------------------------------
+// Operands -----------------------------------------------------------------------------------------------
 
 static constexpr std::int32_t most_variables = 5;
 
@@ -91,7 +91,8 @@ static gcd_pair make_operands(const benchmark::State &state)
 {
     set_integers();
     seed = 1;
-    const auto vars = static_cast<std::int32_t>(state.range(0)), degree = static_cast<std::int32_t>(state.range(1)),
+    const auto vars = static_cast<std::int32_t>(state.range(0)),
+               degree = static_cast<std::int32_t>(state.range(1)),
                terms = static_cast<std::int32_t>(state.range(2));
     polynode *f[3];
     for (polynode *&p : f) p = terms ? sparse(vars, degree, terms) : dense(vars, degree);
@@ -114,7 +115,7 @@ static void set_label(benchmark::State &state, const gcd_pair &pair, long terms)
     state.SetLabel(text);
 }
 
-// Ours ------------------------------------------------------------------------------------------------------
+// Ours ---------------------------------------------------------------------------------------------------
 
 static void polygcd_integers(benchmark::State &state)
 {
@@ -130,7 +131,7 @@ static void polygcd_integers(benchmark::State &state)
     free_poly(&pair.b);
 }
 
-// FLINT -----------------------------------------------------------------------------------------------------
+// FLINT --------------------------------------------------------------------------------------------------
 
 #ifdef KELMAR_BENCH_FLINT
 struct flint_terms {
@@ -185,7 +186,7 @@ static void flint_integers(benchmark::State &state)
 }
 #endif
 
-// Sizes -----------------------------------------------------------------------------------------------------
+// Sizes --------------------------------------------------------------------------------------------------
 
 static void sizes(benchmark::internal::Benchmark *b)
 {

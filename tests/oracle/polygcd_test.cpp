@@ -46,7 +46,8 @@ void poly_to_flint(const polynode *p, nmod_mpoly_t f, const nmod_mpoly_ctx_t ctx
     std::vector<ulong> exps(static_cast<std::size_t>(vars));
     for (auto &term : terms) {
         for (std::size_t k = 0; k < exps.size(); ++k) exps[k] = static_cast<ulong>(term.first[k]);
-        if (term.second->word) nmod_mpoly_push_term_ui_ui(f, static_cast<ulong>(term.second->word), exps.data(), ctx);
+        if (term.second->word)
+            nmod_mpoly_push_term_ui_ui(f, static_cast<ulong>(term.second->word), exps.data(), ctx);
     }
     nmod_mpoly_sort_terms(f, ctx);
     free_flat(&terms);
@@ -97,7 +98,8 @@ void expect_gcd(polynode *a, polynode *b, std::int32_t vars, six_variables *name
     const exits_since exits;
     poly_operand ours;
     polygcd(a, b, &ours.p, 0, 1, 1, names->record, 1, 1, 1);
-    EXPECT_EQ(poly_text(ours.p), poly_text(theirs.p)) << "gcd of " << before_a << " and " << before_b << " " << exits.text();
+    EXPECT_EQ(poly_text(ours.p), poly_text(theirs.p))
+        << "gcd of " << before_a << " and " << before_b << " " << exits.text();
     EXPECT_EQ(poly_text(a), before_a);
     EXPECT_EQ(poly_text(b), before_b);
     expect_normal(ours.p, vars, "gcd");
@@ -111,7 +113,8 @@ void expect_gcd(polynode *a, polynode *b, std::int32_t vars, six_variables *name
 }
 
 // x_k^e times stretched p.
-polynode *stretched(const polynode *p, std::int32_t vars, std::int32_t k, std::int32_t stride, std::int32_t power)
+polynode *stretched(const polynode *p, std::int32_t vars, std::int32_t k, std::int32_t stride,
+                    std::int32_t power)
 {
     flat_poly terms = flatten(p, vars), result;
     for (auto &term : terms) {
@@ -152,8 +155,8 @@ void run_products(test_random *r, int count, const gcd_shape &s, six_variables *
 }
 
 // Strides make degrees high, and Algorithm C slow: only low degrees are stretched.
-const gcd_shape shapes[] = {{1, 6, 8, 3}, {2, 5, 4, 2}, {2, 9, 3, 1}, {3, 4, 2, 2}, {3, 6, 2, 1},
-                            {4, 3, 2, 1}, {5, 3, 1, 1}, {6, 3, 1, 1}};
+const gcd_shape shapes[] = {{1, 6, 8, 3}, {2, 5, 4, 2}, {2, 9, 3, 1}, {3, 4, 2, 2},
+                            {3, 6, 2, 1}, {4, 3, 2, 1}, {5, 3, 1, 1}, {6, 3, 1, 1}};
 
 TEST(PolygcdOracle, OverTheIntegers)
 {
@@ -182,7 +185,8 @@ TEST(PolygcdOracle, SpecialPairs)
         shape.degree = 2;
         shape.terms = 3;
         for (int i = 0; i < rounds / 16; ++i) {
-            poly_operand a(random_poly(&r, shape)), b(copy_poly(a.p)), c(random_poly(&r, shape)), zero(poly_of_text("{#0}"));
+            poly_operand a(random_poly(&r, shape)), b(copy_poly(a.p)), c(random_poly(&r, shape)),
+                zero(poly_of_text("{#0}"));
             expect_gcd(a.p, b.p, 3, &names);
             expect_gcd(a.p, zero.p, 3, &names);
             expect_gcd(zero.p, a.p, 3, &names);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "gcd/algorithm_c.h"
 #include "gcd/entries.h"
+#include "poly/div_exact.h"
 #include "poly/div_fast.h"
 #include "poly/mul.h"
 #include "session/levels.h"
@@ -59,7 +60,8 @@ struct Polygcd : testing::Test {
 // (x + y + z + 3)^2 (c x^k + z + 2 y + 1), a polynomial that is not small.
 polynode *large_poly(std::int32_t c, std::int32_t k, const pt *names)
 {
-    poly_operand u(poly_of_text("{1{#1}, 0{1{#1}, 0{1{#1}, #3}}}")), v(poly_of_text("{1{#1}, 0{1{#2}, 0{1{#1}, #1}}}"));
+    poly_operand u(poly_of_text("{1{#1}, 0{1{#1}, 0{1{#1}, #3}}}")),
+        v(poly_of_text("{1{#1}, 0{1{#2}, 0{1{#1}, #1}}}"));
     v.p->exp = k;
     setvalue(c, v.p->coef->num);
     polynode *product = nullptr;
@@ -144,7 +146,7 @@ TEST_F(Polygcd, OneVariable)
     EXPECT_EQ(exits.count(exit_one_variable), 2);
 }
 
-// What happens on the way to Algorithm C ------------------------------------------------------------------
+// What happens on the way to Algorithm C -----------------------------------------------------------------
 
 TEST_F(Polygcd, DivisorIsFoundByATrial)
 {
@@ -165,7 +167,8 @@ TEST_F(Polygcd, CoprimeByOneImage)
 {
     in_view live(view_digits);
     const exits_since exits;
-    poly_operand a(large_poly(1, 2, names.record)), b(poly_of_text("{3{1{#6}, #4}, 2{1{#2}}, 1{1{#2}, #8}, 0{1{#2}, #10}}")), g;
+    poly_operand a(large_poly(1, 2, names.record)),
+        b(poly_of_text("{3{1{#6}, #4}, 2{1{#2}}, 1{1{#2}, #8}, 0{1{#2}, #10}}")), g;
     polygcd(a.p, b.p, &g.p, 0, 1, 1, names.record, 1, 1, 1);
     EXPECT_EQ(poly_text(g.p), "{#1}");
     EXPECT_EQ(exits.count(exit_probe_coprime), 1);
@@ -204,8 +207,7 @@ TEST_F(Polygcd, DegreeWithAPower)
 {
     in_view live(view_modular, 65521);
     mod_is_prime = 1;
-    EXPECT_EQ(gcd_text("{2{#1}, 1{1{#1}, #1}}",
-                       "{4{#1}, 3{1{#1}, 0{1{#1}, #1}}, 2{1{1{#1}}, 0{1{#1}}}}", 1),
+    EXPECT_EQ(gcd_text("{2{#1}, 1{1{#1}, #1}}", "{4{#1}, 3{1{#1}, 0{1{#1}, #1}}, 2{1{1{#1}}, 0{1{#1}}}}", 1),
               "{2{#1}}");
 }
 
@@ -229,8 +231,19 @@ TEST_F(Polygcd, EqualButForAContent)
 {
     in_view live(view_digits);
     const exits_since exits;
-    EXPECT_EQ(gcd_text("{1{1{#1}, #1}, 0{2{#1}, 1{#1}}}", "{1{1{#1}, #2}, 0{2{#1}, 1{#2}}}"), "{1{#1}, 0{1{#1}}}");
+    EXPECT_EQ(gcd_text("{1{1{#1}, #1}, 0{2{#1}, 1{#1}}}", "{1{1{#1}, #2}, 0{2{#1}, 1{#2}}}"),
+              "{1{#1}, 0{1{#1}}}");
     EXPECT_GT(exits.count(exit_equal), 0);
+}
+
+TEST_F(Polygcd, SmallPairs)
+{
+    in_view live(view_digits);
+    exits_since exits;
+    EXPECT_EQ(gcd_text("{2{#1}, 0{1{#1}}}", "{2{#1}, 0{1{#3}, #1}}"), "{#1}");
+    EXPECT_GT(exits.count(exit_coprime_tests), 0) << exits.text();
+    EXPECT_EQ(gcd_text("{2{#1}, 1{1{#3}, #1}, 0{2{#2}, 1{#1}}}", "{1{#1}, 0{1{#1}}}"), "{1{#1}, 0{1{#1}}}");
+    EXPECT_GT(exits.count(exit_late_trial), 0) << exits.text();
 }
 
 // Contents in the inner variables leave nothing.
@@ -260,7 +273,8 @@ TEST_F(Polygcd, VariablesOfOneOperand)
     const exits_since exits;
     poly_operand g0(poly_of_text("{2{1{#1}, #5}, 1{#3}, #1}")),
         a0(poly_of_text("{2{0{1{1{#1}}, #3}}, 1{0{2{#1}, 0{2{#1}}}}, 0{1{1{1{#2}, #1}}, 0{0{1{#5}, #1}}}}")),
-        b0(poly_of_text("{2{1{0{0{1{#1}, #3}}}}, 1{2{0{0{0{1{#1}, #1}}}}}, 0{3{0{0{1{#5}, #2}}}, #1}}")), a, b, g;
+        b0(poly_of_text("{2{1{0{0{1{#1}, #3}}}}, 1{2{0{0{0{1{#1}, #1}}}}}, 0{3{0{0{1{#5}, #2}}}, #1}}")), a,
+        b, g;
     poly_mult(g0.p, a0.p, &a.p, names.record);
     poly_mult(g0.p, b0.p, &b.p, names.record);
     polygcd(a.p, b.p, &g.p, 0, 0, 0, names.record, 1, 1, 1);
@@ -276,7 +290,7 @@ TEST_F(Polygcd, StrideOverWords)
     EXPECT_EQ(gcd_text("{6{1{#1}}, 0{1{#100}}}", "{3{1{#1}, #1}, 0{1{#100}, #100}}"), "{3{#1}, #100}");
 }
 
-// The stash ---------------------------------------------------------------------------------------------------
+// The stash ----------------------------------------------------------------------------------------------
 
 TEST_F(Polygcd, TheSecondTimeItIsKnown)
 {
@@ -299,7 +313,7 @@ TEST_F(Polygcd, TheSecondTimeItIsKnown)
     initial_memory = memory;
 }
 
-// Algorithm C -------------------------------------------------------------------------------------------------
+// Algorithm C --------------------------------------------------------------------------------------------
 
 // A pair that is too large, once: with &O off there are warnings, and the pair is taken up again.
 TEST_F(Polygcd, GivesUpAndTakesUpAgain)
@@ -308,7 +322,8 @@ TEST_F(Polygcd, GivesUpAndTakesUpAgain)
     mod_is_prime = 1;
     kept_word forced(&chinhensel, 0);
     poly_operand a, b, g;
-    poly_operand u(large_poly(1, 3, names.record)), v(poly_of_text("{4{1{#1}, 0{1{#1}, #4}}, 1{2{#1}, 0{2{#3}}}, 0{3{#1}, 0{1{#1}, #1}}}")),
+    poly_operand u(large_poly(1, 3, names.record)),
+        v(poly_of_text("{4{1{#1}, 0{1{#1}, #4}}, 1{2{#1}, 0{2{#3}}}, 0{3{#1}, 0{1{#1}, #1}}}")),
         w(poly_of_text("{4{1{#3}, 0{1{#1}, #9}}, 2{2{#1}, 0{2{#5}}}, 0{3{#1}, 0{2{#1}, #8}}}")), u2;
     poly_mult(u.p, v.p, &a.p, names.record);
     poly_mult(u.p, w.p, &b.p, names.record);
@@ -331,7 +346,7 @@ TEST_F(Polygcd, GivesUpAndTakesUpAgain)
     alg_c_count = 0;
 }
 
-// Doubles -----------------------------------------------------------------------------------------------------
+// Doubles ------------------------------------------------------------------------------------------------
 
 TEST_F(Polygcd, WholeDoublesAreExact)
 {
@@ -387,7 +402,68 @@ TEST_F(Polygcd, NoNumbersNoGcd)
     }
 }
 
-// Entries -----------------------------------------------------------------------------------------------------
+// In every field, and over the integers: the gcd of a c and b c divides both, and c divides it.
+TEST_F(Polygcd, IsACommonMultipleOfCommonFactors)
+{
+    test_random r;
+    poly_shape shape;
+    shape.vars = 3;
+    shape.degree = 2;
+    shape.terms = 4;
+    const ring integers = {view_digits, 101, 0};
+    for (const ring &in : {field_rings[1], field_rings[2], field_rings[4], field_rings[6], integers}) {
+        in_ring live(in);
+        for (int i = 0; i < 60; ++i) {
+            poly_operand a(random_divisor(&r, shape)), b(random_divisor(&r, shape)),
+                c(random_divisor(&r, shape));
+            poly_operand ac, bc, g, of_a, of_b, of_g;
+            poly_mult(a.p, c.p, &ac.p, names.record);
+            poly_mult(b.p, c.p, &bc.p, names.record);
+            polygcd(ac.p, bc.p, &g.p, 0, 1, 1, names.record, 1, 1, 1);
+            of_a.p = exact_quotient(ac.p, g.p, names.record);
+            of_b.p = exact_quotient(bc.p, g.p, names.record);
+            of_g.p = exact_quotient(g.p, c.p, names.record);
+            EXPECT_TRUE(of_a.p && of_b.p && of_g.p) << poly_text(g.p) << " of " << poly_text(ac.p);
+            if (!of_a.p || !of_b.p) return;
+            poly_operand one;
+            polygcd(of_a.p, of_b.p, &one.p, 0, 1, 1, names.record, 1, 1, 1);
+            EXPECT_EQ(poly_text(one.p), "{#1}") << "cofactors are coprime";
+        }
+    }
+}
+
+// With zero divisors there may be no gcd, or error 85; there is no fault, and operands stay.
+TEST_F(Polygcd, CompositeModulusIsHarmless)
+{
+    test_random r;
+    poly_shape shape;
+    shape.vars = 2;
+    shape.degree = 3;
+    shape.terms = 5;
+    int answered = 0;
+    for (const std::int32_t m : {4, 6, 100, 65535}) {
+        for (int i = 0; i < 100; ++i) {
+            in_view live(view_modular, m);
+            poly_operand a(random_poly(&r, shape)), b(random_poly(&r, shape)), c(random_poly(&r, shape)), ac,
+                bc;
+            poly_mult(a.p, c.p, &ac.p, names.record);
+            poly_mult(b.p, c.p, &bc.p, names.record);
+            const std::string before = poly_text(ac.p) + poly_text(bc.p);
+            static polynode *g = nullptr;
+            const std::string text = report_of([&] {
+                polygcd(ac.p, bc.p, &g, 0, 1, 1, names.record, 1, 1, 1);
+                ++answered;
+            });
+            EXPECT_EQ(text.find("Kelmar error"), std::string::npos) << text << before;
+            EXPECT_EQ(poly_text(ac.p) + poly_text(bc.p), before);
+            free_poly(&g);
+            release_work();
+        }
+    }
+    EXPECT_GT(answered, 100);
+}
+
+// Entries ------------------------------------------------------------------------------------------------
 
 TEST_F(Polygcd, NegativeExponents)
 {
@@ -406,7 +482,7 @@ TEST_F(Polygcd, NegativeExponents)
     EXPECT_EQ(poly_text(b.p), "{1{#1}, #-1}");
 }
 
-// Interrupts --------------------------------------------------------------------------------------------------
+// Interrupts ---------------------------------------------------------------------------------------------
 
 // Left at its first poll, a gcd has written to none of its operands, and loses nothing.
 TEST_F(Polygcd, IsLeftCleanly)

@@ -18,7 +18,8 @@ struct GcdStash : testing::Test {
     in_view live{view_digits};
     std::int64_t memory = initial_memory;
     poly_audit audit;
-    poly_operand a{poly_of_text("{3{#1}, #-1}")}, b{poly_of_text("{2{#1}, #-1}")}, g{poly_of_text("{1{#1}, #-1}")};
+    poly_operand a{poly_of_text("{3{#1}, #-1}")}, b{poly_of_text("{2{#1}, #-1}")},
+        g{poly_of_text("{1{#1}, #-1}")};
     poly_operand c{poly_of_text("{3{#1}, #-8}")};
     GcdStash()
     {

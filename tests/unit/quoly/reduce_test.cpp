@@ -67,6 +67,7 @@ TEST_F(Reduce, WrongGcdTurnsTestsOffOneAfterTheOtherAndTheValueIsRight)
     const char *const off = " A fast probabilistic test for exact poly division has been turned off (&_t).\n";
     const char *const off_too =
         " Another fast probabilistic test for exact poly division has been turned off.\n";
+    const kept_word shown(&verbose, 1);
     const poly_audit audit;
     {
         const reduction first(square, difference, "{1{#1}, #7}");
@@ -82,15 +83,25 @@ TEST_F(Reduce, WrongGcdTurnsTestsOffOneAfterTheOtherAndTheValueIsRight)
         EXPECT_EQ(poly_text(second.qa.p), cofactor);
 
         const reduction third(square, difference, "{1{#1}, #7}");
-        EXPECT_EQ(third.text, "") << "nothing is left to turn off";
+        EXPECT_EQ(third.text, " *** Warning 5. A  fast probabilistic gcd algorithm is being retried.\n")
+            << "nothing is left to turn off";
         EXPECT_EQ(poly_text(third.qa.p), cofactor);
     }
     audit.expect_unchanged("wrong gcds");
 }
 
+TEST_F(Reduce, SaysNothingUnlessProgressIsShown)
+{
+    in_view live(view_digits);
+    const reduction r(square, difference, square);
+    EXPECT_EQ(r.text, "");
+    EXPECT_EQ(try_rat, 0);
+}
+
 TEST_F(Reduce, SecondDivisionHasWarningsOfItsOwn)
 {
     in_view live(view_digits);
+    const kept_word shown(&verbose, 1);
     const reduction r(square, difference, square);
     EXPECT_EQ(r.text,
               " Warning 2. A fast probabilistic test for exact poly division has been turned off (&_t).\n");

@@ -1,5 +1,5 @@
 // Roots of the order of the characteristic.
-#include "poly/pth_root.h"
+#include "quoly/pth_root.h"
 #include <gtest/gtest.h>
 #include "poly/power.h"
 #include "session/errnums.h"

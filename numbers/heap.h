@@ -1,5 +1,5 @@
 #pragma once
-// session/heap.h -- heap memory for the session's own records, with the told answer when it is out.
+// numbers/heap.h -- heap memory for records of their own, with the told answer when it is out.
 
 #include <cstddef>
 
@@ -8,5 +8,8 @@ namespace kelmar {
 // Return `size` bytes from the heap, uninitialised. When there are none: mem_error, then once more, until the
 // user has made room or abandoned the statement.
 void *heap_record(std::size_t size);
+
+// The same, all zero. Untouched parts of a large block cost nothing.
+void *zeroed_block(std::size_t size);
 
 }  // namespace kelmar

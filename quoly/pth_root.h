@@ -1,5 +1,5 @@
 #pragma once
-// poly/pth_root.h -- roots of the order of the characteristic.
+// quoly/pth_root.h -- roots of the order of the characteristic.
 //
 // Over a prime field of p elements, and over a table field, with p = 2, every number is a p-th power, and a
 // polynomial is one when p divides all its exponents. Nothing has to be found: exponents are divided. In a

@@ -1,8 +1,8 @@
-// poly/pth_root.cpp -- roots of the order of the characteristic.
+// quoly/pth_root.cpp -- roots of the order of the characteristic.
 //
 // All exponents are looked at before one is written. In a table field of q elements the root of a number is
 // its power with exponent q / 2.
-#include "poly/pth_root.h"
+#include "quoly/pth_root.h"
 #include "numbers/long_power.h"
 #include "poly/variables.h"
 #include "session/report.h"
