@@ -49,3 +49,11 @@ foreach(program ${programs})
     file(CREATE_LINK ${home_from_bin}/${program} \"\${bin}/${program}\" SYMBOLIC)
     message(STATUS \"Installing: \${bin}/${program} -> ${home_from_bin}/${program}\")")
 endforeach()
+
+# The pages link to each other and to the examples, so they keep their places in the tree.
+set(kelmar_doc ${CMAKE_INSTALL_DATAROOTDIR}/doc/kelmar)
+install(DIRECTORY docs/ DESTINATION ${kelmar_doc}/docs FILES_MATCHING PATTERN *.md PATTERN development.md EXCLUDE)
+install(DIRECTORY examples DESTINATION ${kelmar_doc} FILES_MATCHING PATTERN *.kel)
+install(FILES LICENSE CHANGELOG.md DESTINATION ${kelmar_doc})
+file(WRITE ${PROJECT_BINARY_DIR}/kelmar-exact.1 ".so man1/kelmar.1\n")
+install(FILES docs/kelmar.1 ${PROJECT_BINARY_DIR}/kelmar-exact.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

@@ -15,6 +15,7 @@
 #include "gcd/measure.h"
 #include "gcd/mod_methods.h"
 #include "gcd/polygcd.h"
+#include "gcd/sequence.h"
 #include "numbers/dispatch.h"
 #include "poly/div_exact.h"
 #include "poly/div_pseudo.h"
@@ -27,19 +28,6 @@
 namespace kelmar {
 
 enum sequence_part { part_u, part_v, part_r, part_g, part_h, part_t, part_pp };
-
-// A sequence as it stands. u, v are the parts of that name, or the operands.
-struct sequence {
-    product_work *work;
-    polynode *u, *v;
-    pt *names;
-    const retry_flags *flags;
-};
-
-static polynode **part_of(sequence *s, sequence_part k)
-{
-    return &s->work->parts[k];
-}
 
 // Giving up ----------------------------------------------------------------------------------------------
 

@@ -7,6 +7,7 @@
 #include "gcd/algorithm_c_float.h"
 #include "gcd/content.h"
 #include "gcd/float_gcd.h"
+#include "gcd/sequence.h"
 #include "numbers/dispatch.h"
 #include "poly/div_exact.h"
 #include "poly/div_pseudo.h"
@@ -21,20 +22,8 @@ namespace kelmar {
 
 enum float_part { part_u, part_v, part_q, part_r, part_g, part_h, part_t, part_core };
 
-struct float_sequence {
-    product_work *work;
-    polynode *u, *v;
-    pt *names;
-    const retry_flags *flags;
-};
-
-static polynode **part_of(float_sequence *s, float_part k)
-{
-    return &s->work->parts[k];
-}
-
 // *r = what is left of u on division by v, without noise. Return 1 when that is nothing.
-static int noiseless_remainder(float_sequence *s)
+static int noiseless_remainder(sequence *s)
 {
     polynode **q = part_of(s, part_q), **r = part_of(s, part_r);
     pseudo_div(s->u, s->v, q, r, 1, s->names);
@@ -66,7 +55,7 @@ static int divide_by(polynode **p, polynode *d, const pt *names)
 }
 
 // *r = *r / (g h^delta), monic.
-static int reduce_remainder(float_sequence *s, std::int32_t delta)
+static int reduce_remainder(sequence *s, std::int32_t delta)
 {
     const pt *below = inner(s->names);
     polynode **r = part_of(s, part_r), **t = part_of(s, part_t);
@@ -78,7 +67,7 @@ static int reduce_remainder(float_sequence *s, std::int32_t delta)
     return divides;
 }
 
-static int advance_h(float_sequence *s, std::int32_t delta)
+static int advance_h(sequence *s, std::int32_t delta)
 {
     const pt *below = inner(s->names);
     polynode **h = part_of(s, part_h), **t = part_of(s, part_t);
@@ -98,7 +87,7 @@ static int advance_h(float_sequence *s, std::int32_t delta)
     return make_monic(h);
 }
 
-static void advance_pair(float_sequence *s)
+static void advance_pair(sequence *s)
 {
     polynode **u = part_of(s, part_u), **v = part_of(s, part_v), **r = part_of(s, part_r);
     free_poly(u);
@@ -111,7 +100,7 @@ static void advance_pair(float_sequence *s)
 }
 
 // Run the sequence. 1: v is the gcd, but for its content.
-static int run_sequence(float_sequence *s)
+static int run_sequence(sequence *s)
 {
     poly_set(1, part_of(s, part_g));
     poly_set(1, part_of(s, part_h));
@@ -127,7 +116,7 @@ static int run_sequence(float_sequence *s)
 }
 
 // Is p = q g but for noise, for some q?
-static bool divides_within_noise(float_sequence *s, polynode *p, polynode *g)
+static bool divides_within_noise(sequence *s, polynode *p, polynode *g)
 {
     polynode **q = part_of(s, part_q), **r = part_of(s, part_r);
     free_poly(q);
@@ -147,7 +136,7 @@ static bool divides_within_noise(float_sequence *s, polynode *p, polynode *g)
 }
 
 // *core = v without its content, monic. 0: what is left does not divide both operands.
-static int verified_gcd(float_sequence *s, polynode *a, polynode *b)
+static int verified_gcd(sequence *s, polynode *a, polynode *b)
 {
     polynode **core = part_of(s, part_core), **c = part_of(s, part_t);
     content(s->v, c, s->names, 1, s->flags->deep, 1);
@@ -158,7 +147,7 @@ static int verified_gcd(float_sequence *s, polynode *a, polynode *b)
            divides_within_noise(s, b, *core);
 }
 
-[[gnu::noinline]] static void run_monic(float_sequence *s, polynode *a, polynode *b, polynode **result)
+[[gnu::noinline]] static void run_monic(sequence *s, polynode *a, polynode *b, polynode **result)
 {
     poly_assign(a, part_of(s, part_u));
     poly_assign(b, part_of(s, part_v));
@@ -179,7 +168,7 @@ static int verified_gcd(float_sequence *s, polynode *a, polynode *b)
                                          const retry_flags *flags)
 {
     product_work *work = open_work(__builtin_frame_address(0));
-    float_sequence s = {work, nullptr, nullptr, names, flags};
+    sequence s = {work, nullptr, nullptr, names, flags};
     *result = nullptr;
     run_monic(&s, a, b, result);
     close_work(work);

@@ -9,7 +9,7 @@
 #include "gcd/content.h"
 #include "gcd/polygcd.h"
 #include "numbers/dispatch.h"
-#include "numbers/fields.h"
+#include "numbers/word_mod.h"
 #include "poly/add.h"
 #include "poly/derivative.h"
 #include "poly/div_exact.h"
@@ -85,7 +85,7 @@ static std::int32_t characteristic()
 // The number n = its root of the order of the characteristic.
 static void number_root(number *n)
 {
-    if (finf) n->word = f256 ? f256sqr[n->word] : f2t16sqr[n->word];
+    if (finf) n->word = f256 ? f256sqr[field_code(n->word)] : f2t16sqr[field_code(n->word)];
 }
 
 // A polynomial in inner variables has a root only where relations make it an element of a field. Declines

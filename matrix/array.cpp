@@ -263,18 +263,24 @@ void make_sparse(array *a)
 
 // Parameters --------------------------------------------------------------------------------------------
 
+// The shape, and the place of the entries.
+static void copy_shape(const array *from, array *to)
+{
+    to->arr_first = from->arr_first;
+    to->arr_last = from->arr_last;
+    to->arr_size = from->arr_size;
+    to->arr_rows = from->arr_rows;
+    to->arr_cols = from->arr_cols;
+    to->arr_onedim = from->arr_onedim;
+    to->arr_sparse = from->arr_sparse;
+}
+
 void push_array_param(const array_name *name, array *target, array **p)
 {
     newarray(p);
     array *param = *p;
     param->arr_name = *name;
-    param->arr_first = target->arr_first;
-    param->arr_last = target->arr_last;
-    param->arr_size = target->arr_size;
-    param->arr_rows = target->arr_rows;
-    param->arr_cols = target->arr_cols;
-    param->arr_onedim = target->arr_onedim;
-    param->arr_sparse = target->arr_sparse;
+    copy_shape(target, param);
     param->arr_origin = target;
     param->arr_time = target->arr_time < 0 ? target->arr_time : -target->arr_time;
     param->older = array_params;
@@ -293,23 +299,16 @@ void pop_array_params(array *mark)
     }
 }
 
-static void copy_shape(const array *from, array *to)
+static void follow_shape(const array *from, array *to)
 {
-    if (from == to || std::abs(from->arr_time) != std::abs(to->arr_time)) return;
-    to->arr_first = from->arr_first;
-    to->arr_last = from->arr_last;
-    to->arr_size = from->arr_size;
-    to->arr_rows = from->arr_rows;
-    to->arr_cols = from->arr_cols;
-    to->arr_onedim = from->arr_onedim;
-    to->arr_sparse = from->arr_sparse;
+    if (from != to && std::abs(from->arr_time) == std::abs(to->arr_time)) copy_shape(from, to);
 }
 
 void share_shape(const array *a)
 {
     if (!array_params) return;
-    if (array *origin = array_of_stamp(a->arr_time)) copy_shape(a, origin);
-    for (array *p = array_params; p; p = p->older) copy_shape(a, p);
+    if (array *origin = array_of_stamp(a->arr_time)) follow_shape(a, origin);
+    for (array *p = array_params; p; p = p->older) follow_shape(a, p);
 }
 
 void rename_array(array *a, const array_name *name)

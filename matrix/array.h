@@ -79,6 +79,12 @@ inline bool is_array_parameter(const array *a)
     return a->arr_time < 0;
 }
 
+// It is a parameter whose array was cancelled while the function runs.
+inline bool is_lost_parameter(const array *a)
+{
+    return a->arr_rows == 0;
+}
+
 // Removal -----------------------------------------------------------------------------------------------
 
 // Delete the array, its storage too. Errors: 138 for a parameter, which stays: declines (0). 139, or 342 for

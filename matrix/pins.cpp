@@ -80,9 +80,4 @@ void release_pinned()
     }
 }
 
-void unpin_values()
-{
-    if (--values_pinned == 0) release_pinned();
-}
-
 }  // namespace kelmar

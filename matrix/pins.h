@@ -2,8 +2,8 @@
 // matrix/pins.h -- values that must stay while an interrupted computation waits below.
 //
 // An interrupt is answered in the middle of an operation, whose operands stand in storage. While the level
-// that it pushed runs, what statements replace or delete is set aside, and freed when the operation has gone
-// on.
+// that it pushed runs, what statements replace or delete is set aside. The operation goes on with it when the
+// level is left, so it is freed at the next statement of the lowest level, when nothing is under way.
 
 #include "quoly/quoly.h"
 
@@ -31,12 +31,17 @@ inline void retire_value(quolynode **q)
     }
 }
 
-// An interrupted computation begins to wait; it goes on, or all of them are given up.
+// An interrupted computation begins to wait, and goes on.
 inline void pin_values()
 {
     ++values_pinned;
 }
-void unpin_values();
+inline void unpin_values()
+{
+    --values_pinned;
+}
+
+// No computation is under way: free what was set aside.
 void release_pinned();
 
 }  // namespace kelmar

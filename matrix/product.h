@@ -1,12 +1,12 @@
 #pragma once
-// matrix/product.h -- products of matrices.
+// matrix/product.h -- products of dense matrices.
 //
 // Dense operands are column-major tables in which null is the number 0; they are spared. A result is filled
 // front to back, *filled counting what is there, so that a caller who is left by a jump knows what to free.
 //
 // Errors: 32. Polls: once a column or a row, and inside long products.
 
-#include "matrix/sparse.h"
+#include "quoly/quoly.h"
 
 namespace kelmar {
 
@@ -19,25 +19,7 @@ void dense_product(quolynode *const *a, quolynode *const *b, quolynode **out, st
 void fast_mat_mult(quolynode *const *a, quolynode *const *b, quolynode **out, std::int32_t *filled,
                    std::int32_t rows, std::int32_t inner, std::int32_t cols);
 
-// *out, an empty chain of `rows` rows, = a b. Result rows are made one after the other.
-void mult_sparses(const sparse_frame *a, const sparse_frame *b, sparse_frame *out, std::int32_t rows,
-                  std::int32_t inner, std::int32_t cols);
-
-// The same through a view of the transpose of b, each entry a merge of two rows. For columns too many to
-// count.
-void mult_by_rows(const sparse_frame *a, const sparse_frame *b, sparse_frame *out, std::int32_t rows,
-                  std::int32_t inner, std::int32_t cols);
-
-// out = a b, one of them sparse. out is all null at first and complete afterwards.
-void mult_sparse_norm(const sparse_frame *a, quolynode *const *b, quolynode **out, std::int32_t rows,
-                      std::int32_t inner, std::int32_t cols);
-void mult_norm_sparse(quolynode *const *a, const sparse_frame *b, quolynode **out, std::int32_t rows,
-                      std::int32_t inner, std::int32_t cols);
-
-// Each entry times q, in place; sparse: those that become zero go.
-void mult_cons_sparse(sparse_frame *frames, std::int32_t rows, const quolynode *q);
-
-// Forget a product that was left by a jump.
+// Forget a product by pairs that was left by a jump.
 void products_on_unwind();
 
 }  // namespace kelmar

@@ -36,6 +36,14 @@ inline sparse_frame *spargarb = nullptr;
 // The entry of a row in which there is none; its value must not be written.
 extern quolynode *quol_num_0;
 
+// An entry for reading: null is the number 0.
+inline const quolynode *entry_or_zero(const quolynode *q)
+{
+    if (q) return q;
+    quoly_set(0, &quol_num_0);
+    return quol_num_0;
+}
+
 // Records -----------------------------------------------------------------------------------------------
 
 // A fresh node.

@@ -87,6 +87,7 @@ void put_back_sparse(sparse_frame *from, sparse_frame *to, std::int32_t rows)
 }
 
 typedef quolynode *(*value_copier)(const quolynode *);
+typedef colm *(*node_copier)(const colm *);
 
 static quolynode *copy_of(const quolynode *q)
 {
@@ -112,7 +113,12 @@ static quolynode *one_var_copy_of(const quolynode *q)
     return copy;
 }
 
-template <value_copier copier>
+template <value_copier copier> static colm *node_with(const colm *node)
+{
+    return newcolm(node->coord, copier(node->val));
+}
+
+template <node_copier copier>
 static void copy_rows(const sparse_frame *from, sparse_frame **to, std::int32_t rows)
 {
     sparse_init(to, rows);
@@ -121,7 +127,7 @@ static void copy_rows(const sparse_frame *from, sparse_frame **to, std::int32_t 
     while (colm **head = next_row(&source)) {
         colm **tail = next_row(&target);
         for (const colm *node = *head; node; node = node->next) {
-            *tail = newcolm(node->coord, copier(node->val));
+            *tail = copier(node);
             tail = &(*tail)->next;
         }
     }
@@ -130,15 +136,15 @@ static void copy_rows(const sparse_frame *from, sparse_frame **to, std::int32_t 
 void copy_sparse(const sparse_frame *from, sparse_frame **to, std::int32_t rows, int neg)
 {
     if (neg) {
-        copy_rows<negative_of>(from, to, rows);
+        copy_rows<node_with<negative_of>>(from, to, rows);
     } else {
-        copy_rows<copy_of>(from, to, rows);
+        copy_rows<node_with<copy_of>>(from, to, rows);
     }
 }
 
 void one_var_copy_sparse(const sparse_frame *from, sparse_frame **to, std::int32_t rows)
 {
-    copy_rows<one_var_copy_of>(from, to, rows);
+    copy_rows<node_with<one_var_copy_of>>(from, to, rows);
 }
 
 // Integer data --------------------------------------------------------------------------------------------
@@ -151,19 +157,16 @@ static std::intptr_t data_word(const quolynode *q)
     return lintmode ? n->word : n->head->digit;
 }
 
+static colm *data_node_of(const colm *node)
+{
+    colm *copy = newcolm(node->coord, nullptr);
+    copy->word = data_word(node->val);
+    return copy;
+}
+
 void special_copy_sparse(const sparse_frame *from, sparse_frame **to, std::int32_t rows)
 {
-    sparse_init(to, rows);
-    row_walk source = {const_cast<sparse_frame *>(from), 0, rows};
-    row_walk target = {*to, 0, rows};
-    while (colm **head = next_row(&source)) {
-        colm **tail = next_row(&target);
-        for (const colm *node = *head; node; node = node->next) {
-            *tail = newcolm(node->coord, nullptr);
-            (*tail)->word = data_word(node->val);
-            tail = &(*tail)->next;
-        }
-    }
+    copy_rows<data_node_of>(from, to, rows);
 }
 
 void move_data_into_quoly(sparse_frame *frames, std::int32_t rows)

@@ -34,11 +34,6 @@ void swap_work(std::int32_t a, std::int32_t b)
     workhead[b - 1] = table;
 }
 
-quolynode **work_table(std::int32_t index)
-{
-    return workhead[index - 1];
-}
-
 std::int64_t work_arrays_in_being()
 {
     std::int64_t count = 0;

@@ -21,9 +21,6 @@ void free_work();
 // Exchange the tables of two work arrays: what was in one is in the other.
 void swap_work(std::int32_t a, std::int32_t b);
 
-// The table of work array `index`, which is taken.
-quolynode **work_table(std::int32_t index);
-
 // Blocks that were ever needed.
 std::int64_t work_arrays_in_being();
 

@@ -195,11 +195,9 @@ static std::uint32_t odd_inverse(std::uint32_t a)
     return x;
 }
 
-void lint_binom(std::int32_t n, std::int32_t k, number *r)
+// The coefficient for 0 <= k, factor by factor.
+static std::uint32_t short_word_binom(std::int32_t n, std::int32_t k)
 {
-    k = nearer_side(n, k);
-    r->word = 0;
-    if (k < 0) return;
     std::uint32_t above = 1, below = 1;
     std::int64_t twos = 0;
     for (std::int32_t i = 1; i <= k; ++i) {
@@ -209,7 +207,65 @@ void lint_binom(std::int32_t n, std::int32_t k, number *r)
         below *= b >> b_twos;
         twos += a_twos - b_twos;
     }
-    if (twos < 32) r->word = static_cast<std::int32_t>((above * odd_inverse(below)) << twos);
+    return twos < 32 ? (above * odd_inverse(below)) << twos : 0;
+}
+
+static constexpr int block_bits = 16;  // of the numbers in a block: squares of its start vanish in a word
+
+// The product of b + j over the odd j below 2^16 is fixed + slope * b, for the start b of any block.
+struct odd_block {
+    std::uint32_t fixed, slope;
+};
+
+static odd_block make_odd_block()
+{
+    odd_block block = {1, 0};
+    for (std::uint32_t j = 1; j < 1u << block_bits; j += 2) {
+        block.slope = block.slope * j + block.fixed;
+        block.fixed *= j;
+    }
+    return block;
+}
+
+// The product of the odd numbers up to m, modulo 2^32.
+static std::uint32_t odd_product(const odd_block *block, std::uint32_t m)
+{
+    std::uint32_t product = 1, start = 0;
+    for (; m - start >= 1u << block_bits; start += 1u << block_bits) {
+        product *= block->fixed + block->slope * start;
+    }
+    for (std::uint32_t j = start + 1; j <= m; j += 2) product *= j;
+    return product;
+}
+
+// n! without its twos, modulo 2^32.
+static std::uint32_t odd_factorial(const odd_block *block, std::uint32_t n)
+{
+    std::uint32_t product = 1;
+    for (; n > 0; n /= 2) product *= odd_product(block, n);
+    return product;
+}
+
+// The coefficient for 0 <= k <= n, from the factorials without their twos.
+static std::uint32_t long_word_binom(std::uint32_t n, std::uint32_t k)
+{
+    const odd_block block = make_odd_block();
+    const int twos = __builtin_popcount(k) + __builtin_popcount(n - k) - __builtin_popcount(n);
+    if (twos >= 32) return 0;
+    const std::uint32_t below = odd_factorial(&block, k) * odd_factorial(&block, n - k);
+    return (odd_factorial(&block, n) * odd_inverse(below)) << twos;
+}
+
+void lint_binom(std::int32_t n, std::int32_t k, number *r)
+{
+    static constexpr std::int32_t many_factors = 100000;  // from there on blocks of factors pay
+    k = nearer_side(n, k);
+    r->word = 0;
+    if (k < 0) return;
+    const std::uint32_t word = k < many_factors ? short_word_binom(n, k)
+                                                : long_word_binom(static_cast<std::uint32_t>(n),
+                                                                  static_cast<std::uint32_t>(k));
+    r->word = static_cast<std::int32_t>(word);
 }
 
 // The coefficient for 0 <= n, k < modulus, a prime.

@@ -113,7 +113,8 @@ void change_flote(number *n)
 
 static constexpr std::int32_t leading_digits = 4;  // those behind are below the last bit of 64
 
-// The leading 64 bits of |n|, n not 0, the first of them set; |n| = result * 2^*exponent, but for bits behind.
+// The leading 64 bits of |n|, n not 0, the first of them set; |n| = result * 2^*exponent, but for bits
+// behind.
 static std::uint64_t leading_bits(const number *n, std::int64_t *exponent)
 {
     unsigned __int128 top = 0;

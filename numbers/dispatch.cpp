@@ -119,10 +119,25 @@ static double long_to_double(const number *a)
 
 // Floats ------------------------------------------------------------------------------------------------
 
-// Both are taken from the exact remainder, so that quotient times b plus remainder is a.
-static double float_whole(double a, double b, char op)
+static constexpr double exact_limit = 9007199254740992.0;  // 2^53: below it whole numbers are exact
+
+static inline bool is_exact_whole(double v)
 {
-    const double r = __builtin_fmod(a, b);
+    return __builtin_fabs(v) < exact_limit && static_cast<double>(static_cast<std::int64_t>(v)) == v;
+}
+
+// fmod, by one machine division where both are whole numbers; a zero has the sign of a, as there.
+static inline double float_remainder(double a, double b)
+{
+    if (b == 0.0 || !is_exact_whole(a) || !is_exact_whole(b)) return __builtin_fmod(a, b);
+    const std::int64_t r = static_cast<std::int64_t>(a) % static_cast<std::int64_t>(b);
+    return __builtin_copysign(static_cast<double>(r), a);
+}
+
+// Both are taken from the exact remainder, so that quotient times b plus remainder is a.
+double float_whole(double a, double b, char op)
+{
+    const double r = float_remainder(a, b);
     if (op != '|') return (a - r) / b;
     return pos_mod && r < 0 ? r + __builtin_fabs(b) : r;
 }

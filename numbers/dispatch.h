@@ -25,6 +25,9 @@ void quot(number *a, number *b, number *c);
 // below 0. Residues divide exactly and leave 0. Errors: 22 for b = 0: then c = 1; 85.
 void mod_or_div(number *a, number *b, number *c, char op);
 
+// mod_or_div of floats; b is not 0.
+double float_whole(double a, double b, char op);
+
 // n = the greatest integer not above n. Errors: 62 in the word views; then n stays.
 void num_floor(number *n);
 

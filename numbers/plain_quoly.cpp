@@ -3,6 +3,7 @@
 // A result handle that holds a plain number lends its number record to the result, so that replacing a number
 // by a number touches no free list. plain_result is the one place that decides this.
 #include "numbers/plain_quoly.h"
+#include "numbers/fresh_number.h"
 
 namespace kelmar {
 
@@ -25,11 +26,7 @@ std::int64_t live_quolys()
 
 void fresh_plain(quolynode **c)
 {
-    number *n = nullptr;
-    newimag(&n);
-    n->size = 0;
-    n->word = 0;
-    n->real = 0;
+    number *n = fresh_number();
     newquoly(c);
     (*c)->is_num = 1;
     (*c)->num = n;

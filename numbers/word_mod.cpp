@@ -56,8 +56,9 @@ std::int32_t spec_mod_add(std::int32_t a, std::int32_t b, std::int32_t m)
 static std::int32_t cofactor_and_gcd(std::int32_t a, std::int32_t *r)
 {
     if (finf) {
-        *r = a == 0 ? 0 : f2t16inv[a];
-        return a != 0;
+        const std::int32_t code = field_code(a);
+        *r = code == 0 ? 0 : f2t16inv[code];
+        return code != 0;
     }
     std::int32_t upper = modulus, lower = a;  // remainders
     std::int64_t u = 0, v = 1;                // upper = u a, lower = v a modulo modulus

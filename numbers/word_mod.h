@@ -8,6 +8,9 @@
 // Inverses come from the extended Euclidean algorithm, in table fields from f2t16inv. They differ in what a
 // residue without inverse gets: mod_inverse is for code that knows better, so it is an internal fault; the
 // other two answer for what a user typed, so it is an error.
+//
+// A count (a degree, a loop counter) stands unreduced in its word, so that it is shown and compared as it is.
+// Products and inverses take any word: modulo a number `%` sees to that, in a table field the low bits count.
 
 #include <cstdint>
 #include "numbers/fields.h"
@@ -51,22 +54,39 @@ inline std::int32_t nmodmult(std::int32_t a, std::int32_t b)
 // a * b in the field of 2^16 elements, by logarithms.
 inline std::int32_t wide_field_mult(std::int32_t a, std::int32_t b)
 {
-    if (a == 0 || b == 0) return 0;
-    const std::int32_t s = f2t16log[a] + f2t16log[b];
+    const auto x = static_cast<std::uint16_t>(a), y = static_cast<std::uint16_t>(b);
+    if (x == 0 || y == 0) return 0;
+    const std::int32_t s = f2t16log[x] + f2t16log[y];
     return f2t16exp[s < 65535 ? s : s - 65535];
+}
+
+// a * b in the field of 2^8 elements.
+inline std::int32_t byte_field_mult(std::int32_t a, std::int32_t b)
+{
+    return f256prod[static_cast<std::uint8_t>(a) * 256 + static_cast<std::uint8_t>(b)];
+}
+
+// The element that a word stands for in the present table field; outside one, the word.
+inline std::int32_t code_mask()
+{
+    return !finf ? -1 : f256 ? 255 : 65535;
+}
+inline std::int32_t field_code(std::int32_t a)
+{
+    return a & code_mask();
 }
 
 // a * b in the present field, by its tables.
 inline std::int32_t field_mult(std::int32_t a, std::int32_t b)
 {
-    return f256 ? f256prod[a * 256 + b] : wide_field_mult(a, b);
+    return f256 ? byte_field_mult(a, b) : wide_field_mult(a, b);
 }
 
 // a * b in the present ring. f256 is set in its field only, and asked first: there the product is one
 // look-up, so that a second test would be half as long as all the rest.
 inline std::int32_t modmult(std::int32_t a, std::int32_t b)
 {
-    if (f256) return f256prod[a * 256 + b];
+    if (f256) return byte_field_mult(a, b);
     return finf ? wide_field_mult(a, b) : nmodmult(a, b);
 }
 

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <stdio_ext.h>
 #include <unistd.h>
+#include "numbers/fresh_number.h"
 #include "poly/variables.h"
 
 namespace kelmar {
@@ -159,11 +160,7 @@ static int get_number(number *n)
 // Return the number term that follows; null when the read declines.
 static polynode *get_constant()
 {
-    number *n = nullptr;
-    newimag(&n);
-    n->size = 0;
-    n->word = 0;
-    n->real = 0;
+    number *n = fresh_number();
     if (get_number(n)) return new_constant(n);
     free_imag(&n);
     return nullptr;

@@ -174,6 +174,16 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
     return is_constant(m->coef) ? set_divisor(m->coef->num, 0, d) : 1;
 }
 
+// Return the quotient that stands in *q, a part of the work, which is closed; null when it is not exact.
+static polynode *close_quotient(product_work *work, polynode **q, bool exact)
+{
+    polynode *quotient = exact ? *q : nullptr;
+    if (exact) *q = nullptr;
+    close_work(work);
+    if (exact && !quotient) poly_set(0, &quotient);
+    return quotient;
+}
+
 // Return n / m for lists that both have the outer variable, or m has it; n consumed.
 [[gnu::noinline]] static polynode *divide_lists(polynode *n, polynode *m, const pt *var, met_size met)
 {
@@ -206,11 +216,7 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
         take_off(rest, *end, m->next, one_level, var);
         end = &(*end)->next;
     }
-    polynode *quotient = exact ? *q : nullptr;
-    if (exact) *q = nullptr;
-    close_work(work);
-    if (exact && !quotient) poly_set(0, &quotient);
-    return quotient;
+    return close_quotient(work, q, exact);
 }
 
 // Return the list n with each coefficient divided by c, which is one level down; n consumed. Or null.
@@ -233,11 +239,7 @@ static int set_lead_divisor(const polynode *m, number_divisor *d)
         make_monomial(end, exp, coef);
         end = &(*end)->next;
     }
-    polynode *quotient = exact ? *q : nullptr;
-    if (exact) *q = nullptr;
-    close_work(work);
-    if (exact && !quotient) poly_set(0, &quotient);
-    return quotient;
+    return close_quotient(work, q, exact);
 }
 
 // Return n / m, n consumed, null when m does not divide.

@@ -146,10 +146,11 @@ bool words_suit(const polynode *n, const polynode *m)
 // a[0 .. degree] = p, zeros in the gaps.
 static void fill_words(const polynode *p, std::int32_t *a)
 {
+    const std::int32_t mask = code_mask();
     std::int32_t i = p->exp;
     for (; p; p = p->next) {
         while (i > p->exp) a[i--] = 0;
-        a[i--] = p->isnum ? p->num->word : p->coef->num->word;
+        a[i--] = (p->isnum ? p->num->word : p->coef->num->word) & mask;
     }
     while (i >= 0) a[i--] = 0;
 }

@@ -287,7 +287,8 @@ void fast_array_onevar_mult(const word *x, const word *y, word *z, word x_lo, wo
 void fill_poly_array(const polynode *p, word *x)
 {
     std::memset(x, 0, (static_cast<std::size_t>(p->exp) + 1) * sizeof(word));
-    for (; p; p = p->next) x[p->exp] = p->isnum ? p->num->word : p->coef->num->word;
+    const word mask = code_mask();
+    for (; p; p = p->next) x[p->exp] = (p->isnum ? p->num->word : p->coef->num->word) & mask;
 }
 
 static polynode *constant_of_word(word v)

@@ -163,8 +163,8 @@ void enter_exact(ring_bracket *b)
     flotemode = modularmode = lintmode = integerflag = 0;
 }
 
-// The outermost bracket has kept the ring of the session. Without one, only a word mode of the evaluator or an
-// exact stretch can be live.
+// The outermost bracket has kept the ring of the session. Without one, only a word mode of the evaluator or
+// an exact stretch can be live.
 void enter_session_ring(ring_bracket *b)
 {
     const ring_bracket *outermost = innermost_ring;

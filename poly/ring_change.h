@@ -126,8 +126,9 @@ void poly_change_from_mod(polynode *p);
 // Fill the double of each number, beside its digits. Null is allowed.
 void poly_change_to_flote(polynode *p);
 
-// *result = the logarithm to the base 2 of the order of the tower of finite fields from the variable of `level`
-// inward, over the ground field: 8 or 16 in a table field, else 1, times the degrees of the relations.
+// *result = the logarithm to the base 2 of the order of the tower of finite fields from the variable of
+// `level` inward, over the ground field: 8 or 16 in a table field, else 1, times the degrees of the
+// relations.
 void log_order_field(std::int32_t *result, std::int32_t level);
 
 }  // namespace kelmar

@@ -5,6 +5,7 @@
 // an entry that is asked for brings those before it. A file that breaks off leaves places empty.
 #include "quoly/charpoly_data.h"
 #include "numbers/dispatch.h"
+#include "numbers/fresh_number.h"
 #include "numbers/startup.h"
 #include "quoly/quoly.h"
 #include "quoly/ring_change.h"
@@ -37,11 +38,7 @@ void Set_prods_for_char()
 // Return the next number of the file as a constant; null when the read declines.
 static polynode *read_constant()
 {
-    number *n = nullptr;
-    newimag(&n);
-    n->size = 0;
-    n->word = 0;
-    n->real = 0;
+    number *n = fresh_number();
     if (direct_number_read(n)) return new_constant(n);
     free_imag(&n);
     return nullptr;

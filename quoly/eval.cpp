@@ -11,8 +11,8 @@
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "quoly/power.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -3,8 +3,8 @@
 //
 //  1. A constant without denominator is a plain number.
 //  2. den is never 1; where numbers are words or doubles it is never a constant.
-//  3. is_rat = 1 just where numbers are digit chains and top and den are both constants: in lowest terms, with
-//     den > 0.
+//  3. is_rat = 1 just where numbers are digit chains and top and den are both constants: in lowest terms,
+//     with den > 0.
 //  4. With digit chains the number at the head of den is positive.
 //  5. With words or doubles that number is 1.
 //  6. top and den have no common divisor that polygcd sees, and with digit chains no common number.

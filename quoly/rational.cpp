@@ -6,6 +6,7 @@
 // have a form in registers, for values below 2^56, where the results take at most 113 bits.
 #include "quoly/rational.h"
 #include "numbers/compare.h"
+#include "numbers/fresh_number.h"
 #include "numbers/long_add.h"
 #include "numbers/long_div.h"
 #include "numbers/long_gcd.h"
@@ -17,16 +18,6 @@ namespace kelmar {
 using wide = __int128;
 
 // Results -----------------------------------------------------------------------------------------------
-
-static number *fresh_number()
-{
-    number *n = nullptr;
-    newimag(&n);
-    n->size = 0;
-    n->word = 0;
-    n->real = 0;
-    return n;
-}
 
 // Make *c a rational, with the number records that it has; *top, *den = the two records, to be filled.
 static void rational_result(quolynode **c, number **top, number **den)

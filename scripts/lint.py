@@ -35,7 +35,7 @@ def is_data(path):
 def opening_problem(path, lines):
     """Sources open with their path and what they are; a header with the guard before that. A test or a benchmark
     mirrors the path of a source, and opens with what it checks."""
-    if path.endswith(".cpp") and path.startswith(("tests/unit/", "tests/oracle/", "bench/")):
+    if path.endswith(".cpp") and path.startswith(("tests/unit/", "tests/oracle/", "tests/hostile/", "bench/")):
         return None if lines and lines[0].startswith("// ") else "the file must open with a comment: what it checks"
     first = 1 if path.endswith(".h") and lines and lines[0] == "#pragma once" else 0
     if path.endswith(".h") and first == 0:

@@ -7,13 +7,12 @@
 #include <cstring>
 #include "matrix/pins.h"
 #include "numbers/dispatch.h"
+#include "quoly/owned.h"
 #include "session/arr_system.h"
 #include "session/expr.h"
 #include "session/int_expr.h"
 #include "session/names.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -102,6 +101,11 @@ static void make_zero(operand *v)
 int entry_operand(array *a, const coordinates *c, const char *name, operand *v)
 {
     entry_place place;
+    if (is_lost_parameter(a)) {
+        error(err_lost_array_parameter, name);
+        make_zero(v);
+        return 0;
+    }
     if (!new_array_quoly_ptr(a, c->i, c->j, c->two, addresser, name, &place)) {
         make_zero(v);
         return 0;

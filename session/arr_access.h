@@ -6,6 +6,9 @@
 
 namespace kelmar {
 
+// default 1; index of the first entry of arrays, 0 or 1; &a; reset: never
+inline std::int32_t addresser = 1;
+
 // The newest array of the name, or null. Fills name->index.
 array *find_array_named(token_rec *name);
 

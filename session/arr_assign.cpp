@@ -9,6 +9,7 @@
 #include "session/arr_access.h"
 #include "session/arr_expr.h"
 #include "session/arr_ops.h"
+#include "session/arr_shape.h"
 #include "session/arr_system.h"
 #include "session/arr_target.h"
 #include "session/report.h"

@@ -1,14 +1,13 @@
 // session/arr_declare.cpp -- declarations, conversions, and the array of arrays.
 #include "numbers/heap.h"
 #include "poly/variables.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_assign.h"
 #include "session/arr_expr.h"
 #include "session/arr_target.h"
 #include "session/expr.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 

@@ -7,6 +7,7 @@
 #include "matrix/sparse_tests.h"
 #include "numbers/decimal.h"
 #include "numbers/dispatch.h"
+#include "poly/display.h"
 #include "quoly/display.h"
 #include "session/arr_access.h"
 #include "session/arr_system.h"
@@ -14,7 +15,6 @@
 #include "session/output.h"
 #include "session/report.h"
 #include "session/seams.h"
-#include "session/settings.h"
 
 namespace kelmar {
 

@@ -8,8 +8,8 @@
 #include "poly/node.h"
 #include "quoly/add.h"
 #include "quoly/eval.h"
+#include "quoly/owned.h"
 #include "session/arr_ops.h"
-#include "session/owned.h"
 #include "session/report.h"
 #include "session/token.h"
 

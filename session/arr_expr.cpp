@@ -2,13 +2,14 @@
 //
 // A stored array is taken by reference, so that nothing is copied before an operator needs it.
 #include "session/arr_expr.h"
+#include "quoly/owned.h"
 #include "quoly/quoly.h"
 #include "session/arr_ops.h"
+#include "session/arr_shape.h"
 #include "session/arr_target.h"
 #include "session/evaluation.h"
 #include "session/evaluator.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/postfix.h"
 #include "session/pset.h"
 #include "session/report.h"

@@ -2,14 +2,13 @@
 //
 // An answer is an expression, which may run functions: the entry is looked up again when it is stored.
 #include "session/arr_input.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_target.h"
 #include "session/expr.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/prompt.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/token_list.h"
 
 namespace kelmar {
@@ -21,7 +20,7 @@ static void write_question(const char *name, bool two, std::int32_t i, std::int3
     } else {
         std::fprintf(Output, "%s[%2d] := ", name, i);
     }
-    std::fflush(Output);
+    await_answer();
 }
 
 // Read the answer for the entry. Declines (0) when it is @ . *result = a copy of it.
@@ -96,7 +95,7 @@ static void ask_for_text(array *a, const char *name)
     bool line_ended = false;
     begin_answer(&kept);
     std::fprintf(Output, "%s := ", name);
-    std::fflush(Output);
+    await_answer();
     for (; k < a->arr_size; ++k) {
         operand entry = {};
         quolynode *code = nullptr;

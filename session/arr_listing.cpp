@@ -13,7 +13,6 @@
 #include "session/listing.h"
 #include "session/output.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -48,7 +47,8 @@ static void write_target(std::FILE *out, const array *a, std::int32_t from, std:
     std::fprintf(out, "[%s", a->arr_name.text);
     if (to - from < a->arr_rows) {
         std::fprintf(out, "[%li~%li", long{from} + addresser, long{to} - 1 + addresser);
-        if (!a->arr_onedim) std::fprintf(out, ", %li~%li", long{addresser}, long{a->arr_cols} - 1 + addresser);
+        if (!a->arr_onedim)
+            std::fprintf(out, ", %li~%li", long{addresser}, long{a->arr_cols} - 1 + addresser);
         std::fputc(']', out);
     }
     std::fputs("] := ", out);
@@ -172,7 +172,7 @@ bool save_array(std::FILE *out, token_rec *name)
 
 // Listings ----------------------------------------------------------------------------------------------
 
-static constexpr int same_name_limit = 20;   // arrays of one name, and arrays of a short list, that are described
+static constexpr int same_name_limit = 20;    // arrays described of one name, and of a short list
 static constexpr int described_limit = 1500;  // in all
 
 static void arrdescribe(const array *a)

@@ -5,15 +5,14 @@
 #include <cstring>
 #include "matrix/sparse_ops.h"
 #include "numbers/random.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_expr.h"
 #include "session/expr.h"
 #include "session/func_records.h"
 #include "session/loops.h"
-#include "session/owned.h"
 #include "session/poly_readin.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/token_list.h"
 
 namespace kelmar {

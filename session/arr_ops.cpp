@@ -7,15 +7,16 @@
 #include "matrix/product.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_order.h"
+#include "matrix/sparse_product.h"
 #include "matrix/work_arrays.h"
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
+#include "session/arr_join.h"
 #include "session/errors.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/token.h"
 
 namespace kelmar {
 
@@ -124,11 +125,6 @@ static void refuse(int n, char op)
 static bool same_shape(const arr_value *v, const arr_value *r)
 {
     return v->rows == r->rows && v->cols == r->cols;
-}
-
-static bool is_square(const arr_value *v)
-{
-    return v->rows == v->cols;
 }
 
 // Sums ----------------------------------------------------------------------------------------------------
@@ -338,73 +334,6 @@ static void multiply_scalars(arr_value *v, const arr_value *r, char op)
     }
 }
 
-// Joining -------------------------------------------------------------------------------------------------
-
-// *v = a dense array of that shape; the entries of both are moved, or copied, one array behind the other.
-static void join_columns(arr_value *v, arr_value *r, std::int32_t rows, std::int32_t cols)
-{
-    arr_value whole;
-    if (!make_owned_value(v) || !make_owned_value(r)) return;
-    open_value(&whole);
-    if (begin_dense(&whole, rows, cols)) {
-        arr_value *const parts[] = {v, r};
-        for (arr_value *part : parts) {
-            const std::int32_t count = entry_count(part);
-            std::memcpy(whole.entries + whole.filled, part->entries,
-                        static_cast<std::size_t>(count) * sizeof *part->entries);
-            whole.filled += count;
-            part->filled = 0;
-        }
-        whole.onedim = cols == 1;
-        move_value(&whole, v);
-    }
-    close_value(&whole);
-}
-
-static void concatenate(arr_value *v, arr_value *r)
-{
-    if (v->is_sparse || r->is_sparse) {
-        error(err_sparse_refused, "_");
-    } else if (v->cols == 1 && r->cols == 1) {
-        join_columns(v, r, v->rows + r->rows, 1);
-    } else if (v->rows == r->rows) {
-        join_columns(v, r, v->rows, v->cols + r->cols);
-    } else {
-        error(v->cols == 1 || r->cols == 1 ? err_join_shapes : err_join_sizes, "_");
-    }
-}
-
-// A scalar as an array of one entry.
-static int as_single(arr_value *v)
-{
-    quolynode *n = v->n;
-    v->n = nullptr;
-    own(&n);
-    const int ok = begin_dense(v, 1, 1);
-    disown();
-    if (ok) {
-        put_entry(v, &n);
-    } else {
-        free_quoly(&n);
-    }
-    return ok;
-}
-
-static void join_values(arr_value *v, arr_value *r)
-{
-    if (!is_array(v) && !is_array(r)) {
-        error(err_join_scalars, "_");
-        return;
-    }
-    arr_value *const array = is_array(v) ? v : r;
-    if (array->is_sparse) {
-        error(err_sparse_refused, "_");
-        return;
-    }
-    if ((!is_array(v) && !as_single(v)) || (!is_array(r) && !as_single(r))) return;
-    concatenate(v, r);
-}
-
 // Operators -------------------------------------------------------------------------------------------------
 
 static void multiply_values(arr_value *v, arr_value *r, char op)
@@ -468,91 +397,6 @@ void negate_value(arr_value *v)
     v->sparse = chain;
     v->owned = 1;
     v->source = nullptr;
-}
-
-// Shapes ----------------------------------------------------------------------------------------------------
-
-void transpose_value(arr_value *v)
-{
-    arr_value flipped;
-    if (v->is_sparse) {
-        if (!make_owned_value(v)) return;
-        trans_sparse(&v->sparse, v->rows, v->cols);
-        const std::int32_t rows = v->rows;
-        v->rows = v->cols;
-        v->cols = rows;
-        v->onedim = v->cols == 1;
-        return;
-    }
-    if (!make_owned_value(v)) return;
-    open_value(&flipped);
-    if (begin_dense(&flipped, v->cols, v->rows)) {
-        for (std::int32_t row = 0; row < v->rows; ++row) {
-            const std::int32_t target = row * v->cols;
-            for (std::int32_t col = 0; col < v->cols; ++col) {
-                flipped.entries[target + col] = v->entries[row + col * v->rows];
-            }
-        }
-        flipped.filled = v->filled;
-        flipped.onedim = flipped.cols == 1;
-        v->filled = 0;
-        move_value(&flipped, v);
-    }
-    close_value(&flipped);
-}
-
-void extract_diagonal(arr_value *v)
-{
-    arr_value diagonal;
-    const std::int32_t count = v->rows < v->cols ? v->rows : v->cols;
-    if (!v->is_sparse && !gather(v)) return;
-    open_value(&diagonal);
-    if (begin_dense(&diagonal, count, 1)) {
-        row_walk w = {v->is_sparse ? chain_of(v) : nullptr, 0, count};
-        for (std::int32_t k = 0; k < count; ++k) {
-            const quolynode *entry = nullptr;
-            quolynode *copy = nullptr;
-            if (v->is_sparse) {
-                const colm *node = *column_link(next_row(&w), k + 1);
-                if (node && node->coord == k + 1) entry = node->val;
-            } else {
-                entry = v->entries[k + k * v->rows];
-            }
-            quoly_assign(entry_or_zero(entry), &copy);
-            put_entry(&diagonal, &copy);
-        }
-        diagonal.onedim = 1;
-        move_value(&diagonal, v);
-    }
-    close_value(&diagonal);
-}
-
-void sum_value(arr_value *v, quolynode **q)
-{
-    if (v->is_sparse) {
-        sparse_sum(chain_of(v), v->rows, q);
-        return;
-    }
-    quoly_set(0, q);
-    if (!gather(v)) return;
-    for (std::int32_t k = 0; k < entry_count(v); ++k) {
-        if (v->entries[k]) better_quoly_add(q, v->entries[k]);
-    }
-}
-
-void trace_value(arr_value *v, quolynode **q)
-{
-    quoly_set(0, q);
-    if (!is_square(v) || !is_array(v)) {
-        error(err_trace_not_square, token.text);
-    } else if (v->is_sparse) {
-        sparse_trace(chain_of(v), v->rows, q);
-    } else if (gather(v)) {
-        for (std::int32_t k = 0; k < v->rows; ++k) {
-            const quolynode *entry = v->entries[k + k * v->rows];
-            if (entry) better_quoly_add(q, entry);
-        }
-    }
 }
 
 }  // namespace kelmar

@@ -18,20 +18,8 @@ void negate_value(arr_value *v);
 // Apply f to each entry, in place; sparse entries that become zero go.
 void map_value(arr_value *v, void (*f)(quolynode **entry));
 
-// *v = the transpose of *v, an array.
-void transpose_value(arr_value *v);
-
-// *v = the diagonal of *v, an array, as an array of one column.
-void extract_diagonal(arr_value *v);
-
 // *v = the product of *v and *r by pairs of products. Errors: 39 43 72 88 242.
 void multiply_by_pairs(arr_value *v, arr_value *r);
-
-// *sum = the sum of all entries of v; *q replaced.
-void sum_value(arr_value *v, quolynode **q);
-
-// *q = the sum of the diagonal. Errors: 194 for what is not square. *q replaced.
-void trace_value(arr_value *v, quolynode **q);
 
 // What the session answers where a matrix is to be inverted or raised to a power.
 void decline_matrix_algorithm();

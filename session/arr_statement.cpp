@@ -4,17 +4,18 @@
 #include "matrix/array_vars.h"
 #include "matrix/store.h"
 #include "numbers/dispatch.h"
+#include "poly/mul.h"
 #include "poly/variables.h"
 #include "session/arr_access.h"
 #include "session/arr_assign.h"
 #include "session/arr_expr.h"
 #include "session/arr_ops.h"
+#include "session/arr_shape.h"
 #include "session/arr_system.h"
 #include "session/arr_target.h"
 #include "session/output.h"
 #include "session/report.h"
 #include "session/seams.h"
-#include "session/settings.h"
 
 namespace kelmar {
 

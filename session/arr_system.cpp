@@ -4,11 +4,12 @@
 #include "session/arr_system.h"
 #include <cstring>
 #include "matrix/array_rings.h"
-#include "numbers/heap.h"
 #include "matrix/pins.h"
 #include "matrix/product.h"
 #include "matrix/sparse_ops.h"
+#include "matrix/sparse_product.h"
 #include "matrix/work_arrays.h"
+#include "numbers/heap.h"
 #include "session/arr_expr.h"
 #include "session/evaluator.h"
 #include "session/report.h"
@@ -82,6 +83,7 @@ void arrays_on_unwind()
 {
     release_values(nullptr);
     products_on_unwind();
+    sparse_products_on_unwind();
     release_pinned();
     first_available = 1;
     want_sparse = wanted_rows = wanted_cols = 0;

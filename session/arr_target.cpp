@@ -5,7 +5,6 @@
 #include "session/arr_access.h"
 #include "session/arr_system.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -170,6 +169,10 @@ int left_side(input_stream **stream, array_target *t, name_node **cursor)
     t->name = token;
     scanner(stream, &token, cursor);
     t->a = find_array_named(&t->name);
+    if (t->a && is_lost_parameter(t->a)) {
+        error(err_lost_array_parameter, t->name.text);
+        return 0;
+    }
     if (token.text[0] == '[') {
         if (!t->a) {
             error(err_no_such_array, t->name.text);

@@ -23,7 +23,7 @@ inline array **arrstash = nullptr;
 bool begins_target();
 
 // *t = the denotation whose first token behind `[` is in hand; the token behind its closing `]` is in hand
-// then. Declines (0) after an error. Errors: 24 28 55 56 57 58 59 125 217 218 219 220 221.
+// then. Declines (0) after an error. Errors: 24 28 30 55 56 57 58 59 125 217 218 219 220 221.
 int left_side(input_stream **stream, array_target *t, name_node **cursor);
 
 // *t = [<], whose `]` is in hand; the token behind it is in hand then.

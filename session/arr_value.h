@@ -50,6 +50,11 @@ inline bool is_array(const arr_value *v)
     return v->rows > 0;
 }
 
+inline bool is_square(const arr_value *v)
+{
+    return v->rows == v->cols;
+}
+
 inline std::int32_t entry_count(const arr_value *v)
 {
     return v->rows * v->cols;  // of dense ones: it fits
@@ -84,14 +89,6 @@ sparse_frame *chain_of(arr_value *v);
 // Make v an owned value: the entries of a reference are copied, unset ones stay unset. Declines (0) after an
 // error. Errors: 88.
 int make_owned_value(arr_value *v);
-
-// An entry for reading: null is the number 0.
-inline const quolynode *entry_or_zero(const quolynode *q)
-{
-    if (q) return q;
-    quoly_set(0, &quol_num_0);
-    return quol_num_0;
-}
 
 // The sparse value v as an owned dense one. Errors: 43 88. Declines (0) after them.
 int densify(arr_value *v);

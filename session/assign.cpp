@@ -6,10 +6,11 @@
 #include "matrix/pins.h"
 #include "numbers/dispatch.h"
 #include "quoly/add.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
+#include "session/names.h"
 #include "session/report.h"
 #include "session/token_list.h"
 
@@ -90,6 +91,27 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
     give_back();
     disown();
     free_quoly(&amount);
+}
+
+int assign_variable(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    const name_node *const name = *cursor;
+    if (!is_lower(name->text[0]) || name->next->text[0] != ':') return 0;
+    name_node *const sign = name->next->next;
+    quolynode **const target = sign->text[0] == '=' ? stored_slot(name) : nullptr;
+    if (!target) return 0;
+    quolynode *value = nullptr;
+    *cursor = sign;
+    next_token(stream, cursor);
+    own(&value);
+    borrow();
+    old_expre(stream, &value, cursor);
+    disown();
+    retire_value(target);
+    *target = value;
+    give_back();
+    quoly_set(0, n);
+    return 1;
 }
 
 void assign(input_stream **stream, operand *v, name_node **cursor)

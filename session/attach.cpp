@@ -7,13 +7,13 @@
 #include "poly/attach.h"
 #include "poly/variables.h"
 #include "quoly/normal_form.h"
+#include "quoly/owned.h"
 #include "quoly/quoly.h"
 #include "session/arr_system.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/names.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/seams.h"
@@ -208,6 +208,7 @@ static bool ask_request(attach_request *r)
     asking a;
     std::fputs(" Enter variable name:\n", Output);
     begin_answer(&a);
+    await_answer();
     scanner(&Input, &token, &zilch);
     bool good = token.text[0] != '>';
     if (!good) error(err_prompted_lowest, token.text);

@@ -2,10 +2,10 @@
 #include "session/builtin_args.h"
 #include <cmath>
 #include "numbers/dispatch.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -10,6 +10,7 @@
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_assign.h"
 #include "session/arr_expr.h"
@@ -20,9 +21,7 @@
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -52,8 +51,8 @@ static array *read_array_name(input_stream **stream, name_node **cursor)
     scanner(stream, &token, cursor);
     token_rec name = token;
     array *a = is_lower(name.text[0]) ? find_array_named(&name) : nullptr;
-    if (!a) {
-        error(err_no_such_array, name.text);
+    if (!a || is_lost_parameter(a)) {
+        error(a ? err_lost_array_parameter : err_no_such_array, name.text);
         return nullptr;
     }
     scanner(stream, &token, cursor);
@@ -83,7 +82,7 @@ void builtin_cols(input_stream **stream, quolynode **n, name_node **cursor)
     if (a) quoly_set(a->arr_cols, n);
 }
 
-// Questions ---------------------------------------------------------------------------------------------------
+// Questions --------------------------------------------------------------------------------------------
 
 static bool all_zero(arr_value *v)
 {
@@ -164,8 +163,8 @@ static std::int64_t place_of(const array *a, const quolynode *q)
     return quoly_iszero(q) ? place_of_gap(a) : place_in_rows(a, q);
 }
 
-// Behind `([a]`: read `, q)` into *q, which is announced. Declines (0) after an error, or when the argument has
-// cancelled the array.
+// Behind `([a]`: read `, q)` into *q, which is announced. Declines (0) after an error, or when the argument
+// has cancelled the array.
 static int read_scalar_beside(input_stream **stream, const array *a, quolynode **q, name_node **cursor)
 {
     const std::int32_t stamp = a->arr_time;
@@ -224,7 +223,7 @@ void builtin_scale(input_stream **stream, quolynode **n, name_node **cursor)
     free_quoly(&q);
 }
 
-// Exchanges ---------------------------------------------------------------------------------------------------
+// Exchanges --------------------------------------------------------------------------------------------
 
 // `, k` is read: a row or column of `count`, from 0.
 static int read_line(input_stream **stream, std::int32_t *k, std::int32_t count, name_node **cursor)
@@ -301,7 +300,7 @@ void builtin_strans(input_stream **stream, quolynode **n, name_node **cursor)
     ++array_moves;
 }
 
-// Names -------------------------------------------------------------------------------------------------------
+// Names ------------------------------------------------------------------------------------------------
 
 // Pass the token if it begins with c. Declines (0) after error n.
 static int pass(input_stream **stream, char c, int n, name_node **cursor)
@@ -314,8 +313,8 @@ static int pass(input_stream **stream, char c, int n, name_node **cursor)
     return 1;
 }
 
-// *name = the name in hand, whose letters are tokens of their own between quotes of a stored list. Declines (0)
-// after error 40, or 125 for a polynomial variable.
+// *name = the name in hand, whose letters are tokens of their own between quotes of a stored list. Declines
+// (0) after error 40, or 125 for a polynomial variable.
 static int read_joined_name(input_stream **stream, token_rec *name, name_node **cursor)
 {
     std::size_t length = 0;
@@ -398,7 +397,7 @@ static void fill_parts(array *a, polynode **list, std::int32_t count)
     if (list) free_poly(&list);
 }
 
-// Statements as built-ins -------------------------------------------------------------------------------------
+// Statements as built-ins ------------------------------------------------------------------------------
 
 // Diag and Trans begin array expressions, and read on from their word.
 void builtin_diag(input_stream **stream, quolynode **n, name_node **cursor)

@@ -3,6 +3,7 @@
 // Factoring is still to come: its built-ins read their arguments, tell what is wrong with them, and decline.
 #include "gcd/call_content.h"
 #include "gcd/content.h"
+#include "gcd/entries.h"
 #include "gcd/extended.h"
 #include "gcd/polygcd.h"
 #include "gcd/square_free.h"
@@ -10,13 +11,13 @@
 #include "numbers/long_gcd.h"
 #include "poly/div.h"
 #include "poly/mul_work.h"
+#include "quoly/owned.h"
 #include "quoly/pth_root.h"
 #include "quoly/divide.h"
 #include "quoly/fraction.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -116,18 +117,23 @@ static bool can_have_gcd(const quolynode *a, const quolynode *b)
 void builtin_gcd(input_stream **stream, quolynode **n, name_node **cursor)
 {
     quolynode *r = nullptr;
+    bool alone = false;
     own(&r);
     quoly_set(0, n);
     if (open_argument(stream, cursor, err_need_open_paren)) {
         read_argument_value(stream, n, cursor);
-        if (token.text[0] == ')') {  // of one value: the value itself, normalised
-            quoly_assign(*n, &r);
-        } else if (pass_comma(stream, cursor, err_need_comma)) {
+        alone = token.text[0] == ')';  // the gcd with itself: the value, normalised
+        if (!alone && pass_comma(stream, cursor, err_need_comma)) {
             read_argument_value(stream, &r, cursor);
         }
         close_argument(stream, cursor);
     }
-    if (r && can_have_gcd(*n, r)) gcd_of_values(n, r);
+    if (alone) {
+        gcd_0_poly(n, &r);
+        quoly_assign(r, n);
+    } else if (r && can_have_gcd(*n, r)) {
+        gcd_of_values(n, r);
+    }
     disown();
     if (r) free_quoly(&r);
 }

@@ -1,7 +1,7 @@
 // session/builtin_lists.cpp -- built-ins that take an array as a list of values.
 //
-// Sets are sparse arrays of one column whose elements rise; rows without an entry are no elements. Two of them
-// are merged in one pass. The order puts monomials first, by their exponents from the outermost variable
+// Sets are sparse arrays of one column whose elements rise; rows without an entry are no elements. Two of
+// them are merged in one pass. The order puts monomials first, by their exponents from the outermost variable
 // inward, and numbers behind them by their size.
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_tests.h"
@@ -10,13 +10,13 @@
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "quoly/power.h"
 #include "session/arr_system.h"
 #include "session/arr_value.h"
 #include "session/array_args.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -63,7 +63,7 @@ static int mon_order(const quolynode *a, const quolynode *b)
     return poly_order(a->den, b->den);
 }
 
-// Sets --------------------------------------------------------------------------------------------------------
+// Sets -------------------------------------------------------------------------------------------------
 
 enum set_operation { set_merge, set_union, set_common };
 

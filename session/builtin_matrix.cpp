@@ -3,6 +3,7 @@
 // The arguments are read, and what is wrong with them is told; then the built-in declines.
 #include <cstdio>
 #include "numbers/dispatch.h"
+#include "quoly/owned.h"
 #include "session/arr_expr.h"
 #include "session/array_args.h"
 #include "session/builtin_args.h"
@@ -10,9 +11,7 @@
 #include "session/errors.h"
 #include "session/expr.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 

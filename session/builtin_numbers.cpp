@@ -10,12 +10,12 @@
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "quoly/power.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

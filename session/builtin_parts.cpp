@@ -6,11 +6,11 @@
 #include "quoly/derivative.h"
 #include "quoly/divide.h"
 #include "quoly/mass.h"
+#include "quoly/owned.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -5,10 +5,10 @@
 #include "quoly/add.h"
 #include "quoly/display.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
 #include "session/timing.h"
 

@@ -8,6 +8,7 @@
 #include "numbers/random.h"
 #include "poly/div_karat.h"
 #include "poly/laurent.h"
+#include "poly/mul.h"
 #include "quoly/charpoly_data.h"
 #include "quoly/normal_form.h"
 #include "quoly/ring_change.h"
@@ -17,11 +18,18 @@
 #include "session/levels.h"
 #include "session/output.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/stored_values.h"
 #include "storage/low_memory.h"
 
 namespace kelmar {
+
+void reset_cutoffs(std::int32_t v)
+{
+    for (pt *r = polynames; r; r = r->next) {
+        if (r->cut == poly_cutoff) r->cut = v;
+    }
+    poly_cutoff = v;
+}
 
 static constexpr std::int32_t changed_poly_cutoff = 40;
 static constexpr std::int32_t exact_div_cutoff = 6;

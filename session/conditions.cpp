@@ -5,11 +5,12 @@
 #include "session/conditions.h"
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
+#include "quoly/owned.h"
 #include "quoly/rational.h"
 #include "session/expr.h"
 #include "session/func_run.h"
 #include "session/int_expr.h"
-#include "session/owned.h"
+#include "session/plain_run.h"
 #include "session/pset.h"
 #include "session/report.h"
 
@@ -145,6 +146,8 @@ static int evalcond_on_integers(input_stream **stream, name_node **cursor)
 
 static int evalcond(input_stream **stream, name_node **cursor)
 {
+    int result;
+    if (plain_comparison(cursor, &result)) return result;
     return integerflag ? evalcond_on_integers(stream, cursor) : evalcond_on_values(stream, cursor);
 }
 
@@ -195,6 +198,8 @@ int bool_expre(input_stream **stream, name_node **cursor)
 bool header_holds(input_stream **stream, name_node *header)
 {
     name_node *at = header;
+    bool holds;
+    if (plain_header(header, &holds)) return holds;
     begin_list(header);
     const int value = bool_expre(stream, &at);
     if (token.text[0] != endlist[0]) error(err_bad_condition_end, token.text);

@@ -5,7 +5,6 @@
 #include "numbers/heap.h"
 #include "session/int_expr.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -69,7 +68,8 @@ static void retrieve_fixed(input_stream **stream, entry_link *link, operand *v, 
     if (v->p && !*v->p) quoly_set(0, v->p);
 }
 
-// Read the coordinates behind the `[` in hand; the token behind `]` is in hand then. Declines (0) after an error.
+// Read the coordinates behind the `[` in hand; the token behind `]` is in hand then. Declines (0) after an
+// error.
 static int read_coordinates(input_stream **stream, coordinates *c, name_node **cursor)
 {
     std::int32_t saved;

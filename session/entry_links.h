@@ -1,9 +1,9 @@
 #pragma once
 // session/entry_links.h -- arrays and entries that tokens of a linked body name.
 //
-// A token of kind 2 names one entry, whatever stands in its brackets; one of kind 3 an array, whose coordinates
-// are read as machine integers. A link knows the stamp of its array: when that array is gone, the token is read
-// by its name again.
+// A token of kind 2 names one entry, whatever stands in its brackets; one of kind 3 an array, whose
+// coordinates are read as machine integers. A link knows the stamp of its array: when that array is gone, the
+// token is read by its name again.
 
 #include "session/evaluator.h"
 
@@ -26,8 +26,8 @@ void free_links(entry_link **list);
 // Make the link that of the array, which may be null.
 void link_to_array(entry_link *link, array *a);
 
-// *v = the entry that the linked token in hand, of kind 2 or 3, names; as retrieve_entry. Errors: 61, those of
-// retrieve_entry and of old_iexpre.
+// *v = the entry that the linked token in hand, of kind 2 or 3, names; as retrieve_entry. Errors: 61, those
+// of retrieve_entry and of old_iexpre.
 void retrieve_linked_entry(input_stream **stream, operand *v, name_node **cursor);
 
 }  // namespace kelmar

@@ -1,18 +1,18 @@
 // session/evaluation.cpp -- the form q # .. of the language.
 //
-// Values are gathered in a list, one a variable, before any of them is used, so that all are put in at once. A
-// variable that gets no value by name is its own value.
+// Values are gathered in a list, one a variable, before any of them is used, so that all are put in at once.
+// A variable that gets no value by name is its own value.
 #include "session/evaluation.h"
 #include "matrix/store.h"
 #include "poly/variables.h"
 #include "quoly/eval.h"
+#include "quoly/owned.h"
 #include "session/arr_evaluation.h"
 #include "session/arr_expr.h"
 #include "session/arr_system.h"
 #include "session/array_args.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

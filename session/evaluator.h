@@ -49,10 +49,12 @@ inline void borrow()
 {
     ++borrowed;
 }
+// default 0; cancelled variables wait for the last borrower; remove_var, free_doomed_vars; reset: never
+inline std::int32_t doomed_wait = 0;
 void bury_doomed();
 inline void give_back()
 {
-    if (--borrowed == 0) bury_doomed();
+    if (--borrowed == 0 && doomed_wait) bury_doomed();
 }
 
 // Make the operand's value a private one in v->n, copying what stands in storage; an absent entry is 0.

@@ -7,12 +7,16 @@
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/assign.h"
 #include "session/factor.h"
-#include "session/owned.h"
+#include "session/func_run.h"
+#include "session/plain_run.h"
+#include "session/postfix.h"
 #include "session/pset.h"
 #include "session/report.h"
+#include "session/token_list.h"  // no_builtin
 
 namespace kelmar {
 
@@ -151,9 +155,28 @@ static void term_rest(input_stream **stream, operand *v, name_node **cursor)
     }
 }
 
+// A call of a function of the user is in hand, in a stored list.
+static inline bool begins_call(const name_node *at)
+{
+    return at && at->kind == no_builtin && is_upper(at->text[0]) && is_upper(token.text[0]);
+}
+
+// fact, for the call in hand.
+static void read_call(input_stream **stream, operand *v, name_node **cursor)
+{
+    v->at.array_time = 0;
+    evaluate_stored(stream, &v->n, cursor);
+    v->p = &v->n;
+    postfix(stream, v, cursor);
+}
+
 static void announced_term(input_stream **stream, operand *v, name_node **cursor)
 {
-    fact(stream, v, cursor, 0);
+    if (begins_call(*cursor)) {
+        read_call(stream, v, cursor);
+    } else {
+        fact(stream, v, cursor, 0);
+    }
     if (term_goes_on()) term_rest(stream, v, cursor);
 }
 
@@ -228,6 +251,7 @@ void sum_of_terms(input_stream **stream, operand *v, name_node **cursor)
 
 void old_expre(input_stream **stream, quolynode **n, name_node **cursor)
 {
+    if (read_plain_sum(cursor, n)) return;
     read_private<sum_of_terms>(stream, n, cursor);
 }
 

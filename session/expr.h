@@ -19,8 +19,8 @@ namespace kelmar {
 void expre(input_stream **stream, operand *v, name_node **cursor);
 void term(input_stream **stream, operand *v, name_node **cursor);
 
-// Go on from the operand in *v, its token behind it in hand: assignment, or the rest of a sum; v->n is announced
-// by the caller.
+// Go on from the operand in *v, its token behind it in hand: assignment, or the rest of a sum; v->n is
+// announced by the caller.
 void expre_from(input_stream **stream, operand *v, name_node **cursor);
 
 // A sum that assigns nothing, as an operand; v->n is announced by the caller.

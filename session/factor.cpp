@@ -6,6 +6,7 @@
 #include "session/factor.h"
 #include <cmath>
 #include "poly/variables.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_system.h"
 #include "session/arr_target.h"
@@ -16,7 +17,6 @@
 #include "session/literal.h"
 #include "session/names.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/postfix.h"
 #include "session/report.h"
 #include "session/statement.h"
@@ -119,7 +119,9 @@ static void read_upper_name(input_stream **stream, operand *v, name_node **curso
 {
     const bool stored_call = *cursor && (*cursor)->kind == no_builtin;
     const int index = stored_call ? -1 : find_built_in(token.text);
-    if (index >= 0) {
+    if (stored_call) {
+        evaluate_stored(stream, &v->n, cursor);
+    } else if (index >= 0) {
         builtin_func(stream, &v->n, cursor, index);
     } else {
         token_rec name = token;

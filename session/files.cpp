@@ -3,11 +3,12 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include "session/errors.h"
 #include "numbers/heap.h"
+#include "session/errors.h"
 #include "session/output.h"
 #include "session/prompt.h"
 #include "session/report.h"
@@ -49,11 +50,19 @@ bool ask_file_name(const char *question, const char *cancelled, char *name)
     asking a;
     std::fputs(question, Output);
     begin_answer(&a);
+    await_answer();
     scanner(&Input, &token, &zilch);
     const bool good = read_answered_name(cancelled, name);
     end_answer(&a);
     if (!good) set_token(&token, ";");
     return good;
+}
+
+bool check_file_name(const char *name, const char *other)
+{
+    if (name[0] && std::strcmp(name, other) != 0) return true;
+    error(name[0] ? err_same_file : err_empty_file_name, name[0] ? name : token.text);
+    return false;
 }
 
 // Reading -----------------------------------------------------------------------------------------------

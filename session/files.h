@@ -38,9 +38,13 @@ inline char output_file_name[file_name_room] = "";
 
 // Names -------------------------------------------------------------------------------------------------
 
-// name = the answer to the question, of file_name_room bytes. Declines (0): the answer was @, or an error came
-// back; `cancelled` is written and the token in hand is ";". Errors: 28 33.
+// name = the answer to the question, of file_name_room bytes. Declines (0): the answer was @, or an error
+// came back; `cancelled` is written and the token in hand is ";". Errors: 28 33.
 bool ask_file_name(const char *question, const char *cancelled, char *name);
+
+// The name may be opened: it is neither empty nor `other`, that of the file open the other way. Declines (0)
+// after error 149 or 248.
+bool check_file_name(const char *name, const char *other);
 
 // Reading -----------------------------------------------------------------------------------------------
 
@@ -62,7 +66,8 @@ void show_file_place();
 
 // Writing -----------------------------------------------------------------------------------------------
 
-// Open a file for writing; commit_output gives it its name. Declines (0), with a report: it cannot be written.
+// Open a file for writing; commit_output gives it its name. Declines (0), with a report: it cannot be
+// written.
 bool open_output_file(const char *name);
 
 // All of a save is written: put it in the place of the old file. What comes later is appended.

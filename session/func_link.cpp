@@ -2,8 +2,8 @@
 //
 // The names to be linked are gathered in a sorted table; then one walk over the rest of the body marks every
 // token that is one of them. The tokens of a parameter are chained behind the formal parameter, since each
-// call binds new storage and must tell them. Arrays, and entries with a fixed index, stand in the table by a text
-// of their own: [a] as A, and x[3], x[i] as they are written.
+// call binds new storage and must tell them. Arrays, and entries with a fixed index, stand in the table by a
+// text of their own: [a] as A, and x[3], x[i] as they are written.
 #include "session/func_link.h"
 #include "poly/variables.h"
 #include "session/arr_access.h"
@@ -12,7 +12,6 @@
 #include "session/func_run.h"
 #include "session/int_expr.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/trace.h"
 
 namespace kelmar {
@@ -127,7 +126,8 @@ static int read_fixed_digits(input_stream **stream, char *key, std::int32_t *k, 
     return fits;
 }
 
-// Read the index in hand: digits, or a variable that holds a number. Declines (0) when there is nothing to link.
+// Read the index in hand: digits, or a variable that holds a number. Declines (0) when there is nothing to
+// link.
 static int read_fixed_index(input_stream **stream, char *key, std::int32_t *k, name_node **cursor)
 {
     if (is_digit(token.text[0])) return read_fixed_digits(stream, key, k, cursor);
@@ -262,8 +262,8 @@ static void read_and_link(link_table *t, func_node *f, input_stream **stream, na
 // The body
 // ----------------------------------------------------------------------------------------------------
 
-// *key = the name with the digits, or the one variable, in its brackets. Declines (0) when something else stands
-// there.
+// *key = the name with the digits, or the one variable, in its brackets. Declines (0) when something else
+// stands there.
 static int entry_key(const name_node *name, char *key)
 {
     std::memcpy(key, name->text, token_room);
@@ -271,7 +271,8 @@ static int entry_key(const name_node *name, char *key)
     int fits = append_to_key(key, "[");
     at = at->next;
     if (at && is_lower(at->text[0])) {
-        return append_to_key(key, at->text) && at->next && at->next->text[0] == ']' && append_to_key(key, "]");
+        return append_to_key(key, at->text) && at->next && at->next->text[0] == ']' &&
+               append_to_key(key, "]");
     }
     for (; fits && at && is_digit(at->text[0]); at = at->next) fits = append_to_key(key, at->text);
     return fits && at && at->text[0] == ']' && append_to_key(key, "]");
@@ -371,6 +372,7 @@ void compile(quolynode **n, input_stream **stream, name_node **cursor)
         return;
     }
     func_node *f = newest_call->function;
+    if (f->linked) refresh_links(f);  // the statements behind may run even after an error
     const form_node *here = present_form(f);
     if (!here || (f->linked && here->next != f->linked_at)) {
         error(err_compile_not_found, token.text);
@@ -386,8 +388,8 @@ void compile(quolynode **n, input_stream **stream, name_node **cursor)
         do_form(&t, here->next);
         f->linked_at = here->next;
         f->linked = 1;
+        refresh_links(f);
     }
-    refresh_links(f);
     if (f->linked_at) eval_form(stream, f->linked_at, n);
     set_token(&token, endlist);
     exit_flag = 1;

@@ -5,10 +5,10 @@
 // stands in a slot that an error releases.
 #include "session/func_params.h"
 #include "poly/variables.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/arr_params.h"
 #include "session/expr.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -100,7 +100,7 @@ static void read_argument(arguments *a, const name_node *formal, quolynode **val
     } else if (token.text[0] != ',') {
         error(err_need_more_arguments, token.text);
     } else {
-        scanner(a->stream, &token, a->cursor);
+        next_token(a->stream, a->cursor);
     }
 }
 
@@ -108,7 +108,7 @@ static void read_argument(arguments *a, const name_node *formal, quolynode **val
 static void bind_from(arguments *a, name_node *formal)
 {
     check_stack();
-    if (its_a_polyname(formal->text)) error(err_name_is_poly, formal->text);
+    if (number_polys > 0 && its_a_polyname(formal->text)) error(err_name_is_poly, formal->text);
     quolynode *value = nullptr;
     argument arg = {};
     own(&value);
@@ -117,8 +117,7 @@ static void bind_from(arguments *a, name_node *formal)
     if (formal->next) bind_from(a, formal->next);
     disown();
     token_rec name;
-    std::memcpy(name.text, formal->text, sizeof name.text);
-    name.index = formal->index;
+    copy_token(&name, formal);
     var_node *v = push_param(&name, &value, arg.ref);
     v->at = arg.entry;
     formal->ptr = &v->value;
@@ -133,7 +132,7 @@ bool setargs(input_stream **stream, func_node *f, token_rec *after, name_node **
         if (f->params) bind_from(&a, f->params);
         return false;
     }
-    scanner(stream, &token, cursor);
+    next_token(stream, cursor);
     a.closed = token.text[0] == ')';
     if (f->params) bind_from(&a, f->params);
     if (!a.closed) {

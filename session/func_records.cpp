@@ -161,7 +161,7 @@ void enter_call(call_frame *call, func_node *f)
 void leave_call(call_frame *call)
 {
     func_node *f = call->function;
-    pop_array_arguments(call->arrays);
+    if (array_params != call->arrays) pop_array_arguments(call->arrays);
     pop_params(call->params);
     newest_call = call->outer;
     if (--f->in_use == 0 && f->retired) free_function(f);

@@ -4,6 +4,7 @@
 // on its frame. After an error that pushed a level the statement it stood in is abandoned and the next one
 // runs: a call sets the point for that once, for all statements of its body.
 #include "session/func_run.h"
+#include "session/assign.h"
 #include "session/conditions.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -13,6 +14,7 @@
 #include "session/int_expr.h"
 #include "session/levels.h"
 #include "session/loops.h"
+#include "session/plain_run.h"
 #include "session/report.h"
 #include "session/statement.h"
 #include "session/trace.h"
@@ -24,8 +26,7 @@ namespace kelmar {
 
 void begin_list(name_node *list)
 {
-    std::memcpy(token.text, list->text, sizeof token.text);
-    token.index = list->index;
+    copy_token(&token, list);
     currentchar = list->next;
     startexpr = list;
 }
@@ -53,7 +54,9 @@ static bool is_integer_statement()
 
 static void plain_statement(input_stream **stream, name_node *list, quolynode **n)
 {
+    if (run_plain_statement(list, n)) return;
     name_node *at = list;
+    free_quoly(n);
     begin_list(list);
     reset_statement();
     poll_interrupt();
@@ -62,7 +65,7 @@ static void plain_statement(input_stream **stream, name_node *list, quolynode **
         // it has run
     } else if (integerflag && is_integer_statement()) {
         integer_statement(stream, n, &at);
-    } else {
+    } else if (!assign_variable(stream, n, &at)) {
         parse(stream, n, &at);
     }
     if (token.text[0] != endlist[0] && token.text[0] != ';') error(err_bad_statement_end, token.text);
@@ -82,6 +85,7 @@ void getval(input_stream **stream, cond_node *cond, quolynode **n)
         return;
     }
     check_stack();
+    free_quoly(n);
     if (!cond->loop) {
         if_statement(stream, cond, n);
     } else if (cond->header->text[0] == ':') {
@@ -105,7 +109,6 @@ static void guarded_sequence(input_stream **stream, form_node *form, quolynode *
         at = at->next;
     }
     for (; at; at = at->next) {
-        free_quoly(n);
         getval(stream, at->cond, n);
         if (leaving()) break;
     }
@@ -118,9 +121,8 @@ void eval_form(input_stream **stream, form_node *form, quolynode **n)
         guarded_sequence(stream, form, n);
         return;
     }
-    free_quoly(n);
+    if (!form) free_quoly(n);
     for (; form; form = form->next) {
-        free_quoly(n);
         getval(stream, form->cond, n);
         if (leaving()) return;
     }
@@ -161,14 +163,8 @@ static void run_body(input_stream **stream, func_node *f, quolynode **n)
     end_body(&kept);
 }
 
-void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node **cursor)
+static void call(input_stream **stream, func_node *f, quolynode **n, name_node **cursor)
 {
-    func_node *f = find_func(name);
-    if (!f) {
-        quoly_set(0, n);
-        error(err_unknown_function, name->text);
-        return;
-    }
     check_stack();
     call_frame here;
     enter_call(&here, f);
@@ -186,6 +182,28 @@ void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node *
     if (outer_call) refresh_outer_links(f);
     if (lends) give_back();
     token = after;
+}
+
+void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node **cursor)
+{
+    if (func_node *f = find_func(name)) {
+        call(stream, f, n, cursor);
+        return;
+    }
+    quoly_set(0, n);
+    error(err_unknown_function, name->text);
+}
+
+void evaluate_stored(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    const name_node *const name = *cursor;
+    next_token(stream, cursor);
+    if (func_node *f = stored_func(name)) {
+        call(stream, f, n, cursor);
+        return;
+    }
+    quoly_set(0, n);
+    error(err_unknown_function, name->text);
 }
 
 // Control statements of the terminal ------------------------------------------------------------------------

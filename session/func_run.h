@@ -19,6 +19,9 @@ inline func_node *sys_func = nullptr;
 // of the body.
 void evaluate(input_stream **stream, token_rec *name, quolynode **n, name_node **cursor);
 
+// The same for a call of a stored list, whose name is in hand and no built-in's.
+void evaluate_stored(input_stream **stream, quolynode **n, name_node **cursor);
+
 // Execute one statement. *n replaced with its value. Errors: 9 31, those of the statement.
 void getval(input_stream **stream, cond_node *cond, quolynode **n);
 

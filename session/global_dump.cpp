@@ -3,13 +3,18 @@
 // A switch that is on or off has a pair of texts; one with a number has a format. The lines stand in the
 // order of their topics: numbers, display, errors, methods, storage.
 #include "session/global_dump.h"
+#include "gcd/polygcd.h"
 #include "numbers/decimal.h"
 #include "numbers/mode.h"
 #include "poly/display.h"
+#include "poly/div_fast.h"
+#include "poly/mul.h"
+#include "session/arr_access.h"
 #include "session/errors.h"
 #include "session/files.h"
 #include "session/levels.h"
 #include "session/output.h"
+#include "session/poly_readin.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/settings.h"

@@ -8,6 +8,7 @@
 #include "numbers/dispatch.h"
 #include "numbers/word_mod.h"
 #include "poly/variables.h"
+#include "quoly/owned.h"
 #include "session/arr_access.h"
 #include "session/builtins.h"
 #include "session/entry_links.h"
@@ -18,7 +19,6 @@
 #include "session/literal.h"
 #include "session/loops.h"
 #include "session/names.h"
-#include "session/owned.h"
 #include "session/pset.h"
 #include "session/report.h"
 
@@ -224,12 +224,14 @@ static void iread_value(input_stream **stream, word_operand *v, name_node **curs
     own(&value);
     old_fact(stream, &value, cursor);
     disown();
+    int wrong = 0;
     if (!value->is_num) {
-        error(err_not_a_number, token.text);
+        wrong = err_not_a_number;
     } else if (!value_to_word(value, &v->word) || (flotemode && value->num->real != v->word)) {
-        error(err_not_an_integer, token.text);
+        wrong = err_not_an_integer;
     }
     free_quoly(&value);
+    if (wrong) error(wrong, token.text);
 }
 
 static void iread_negated(input_stream **stream, word_operand *v, name_node **cursor)

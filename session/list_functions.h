@@ -16,7 +16,8 @@ void list_all_functions(std::FILE *out, bool saved);
 // older ones; `,` separates them. The token behind the list is then in hand.
 void list_named_functions(std::FILE *out, bool saved, input_stream **stream, name_node **cursor);
 
-// Write the names of all functions (; in hand), their definitions (*) or those of the named ones. Errors: 222.
+// Write the names of all functions (; in hand), their definitions (*) or those of the named ones. Errors:
+// 222.
 void listfuncs(input_stream **stream, name_node **cursor);
 
 }  // namespace kelmar

@@ -10,7 +10,7 @@
 #include "numbers/long_power.h"
 #include "quoly/add.h"
 #include "quoly/divide.h"
-#include "session/owned.h"
+#include "quoly/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -4,11 +4,11 @@
 // which an error gave up ends the reading and no more. An error at the top unwinds past it; the file
 // stays open, and &r goes on with the next line.
 #include "session/load.h"
+#include "quoly/owned.h"
 #include "session/evaluator.h"
 #include "session/files.h"
 #include "session/loop.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
 #include "session/statement.h"
 #include "session/unwind.h"
@@ -31,10 +31,7 @@ static void close_by_name()
 // Open the file in the place of the one that is being read. Declines (0): nothing is to be read.
 static bool open_named_file(const char *name)
 {
-    if (name[0] == 0 || std::strcmp(name, output_file_name) == 0) {
-        error(name[0] ? err_same_file : err_empty_file_name, name[0] ? name : token.text);
-        return false;
-    }
+    if (!check_file_name(name, output_file_name)) return false;
     if (std::strcmp(name, "@") == 0) {
         close_by_name();
         return false;
@@ -92,7 +89,7 @@ static void run_file(open_file *file, quolynode **result)
 
 // default 0; loads under way, each begun by a statement of the one before; load; reset: unwind
 static std::int32_t load_depth = 0;
-static constexpr std::int32_t deepest_load = 1000;  // far below what the stack holds: a file that loads itself
+static constexpr std::int32_t deepest_load = 1000;  // far below what the stack holds
 
 void loads_on_unwind()
 {

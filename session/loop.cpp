@@ -4,12 +4,13 @@
 // result slot of its own, and is left when time_to_quit is set. An error that pushed a deeper level, which
 // was then left, comes back here as an abandoned statement.
 #include "session/loop.h"
+#include "quoly/owned.h"
 #include "session/evaluator.h"
+#include "matrix/pins.h"
 #include "poly/variables.h"
 #include "quoly/display.h"
 #include "session/arr_display.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/statement.h"
@@ -62,6 +63,7 @@ static void close_statement(quolynode **result)
 static void run_round(quolynode **result)
 {
     warn_cnt = 0;
+    if (levelcount == 1) release_pinned();
     if (input_is_over()) jump_to_exit();
     const std::int32_t held = command_int;
     command_int = 0;

@@ -6,11 +6,10 @@
 #include "session/arr_access.h"
 #include "session/array_args.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
-static constexpr int run_sizes = 48;  // binary digits of the count of runs, of which there can never be so many
+static constexpr int run_sizes = 48;  // binary digits of the count of runs: there can never be so many
 
 struct run_counter {
     colm *run[run_sizes];  // of about 2^k rows; null: none

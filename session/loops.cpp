@@ -9,15 +9,15 @@
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
+#include "session/arr_access.h"
 #include "session/conditions.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/func_run.h"
 #include "session/int_expr.h"
 #include "session/loop_positions.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/token_list.h"
 #include "session/trace.h"
 
@@ -52,13 +52,16 @@ static void write_counter(for_loop *loop)
 {
     std::int32_t value = static_cast<std::int32_t>(loop->counter) * loop->sign;
     if (value < 0 && modularmode && !flotemode) value += modulus;
-    quolynode **slot = counter_slot(loop);
-    if (*slot && (*slot)->is_num) (*slot)->den = nullptr;
-    if (*slot && (*slot)->is_num && flotemode) {
-        (*slot)->num->real = value;
-    } else {
-        quoly_set(value, slot);
+    quolynode **const slot = counter_slot(loop);
+    quolynode *const q = *slot;
+    if (q && q->is_num) {
+        q->den = nullptr;
+        if (flotemode) {
+            q->num->real = value;
+            return;
+        }
     }
+    quoly_set(value, slot);
 }
 
 // The next position; the loop is over behind the last one.

@@ -22,9 +22,9 @@ struct for_loop {
 };
 
 // Read the head of a loop, the counter's name in hand: i = a to b by c, or i := a, b, c, or i from a to b.
-// The step is 1 when none is given. The counter gets the start value. Or i = [s], over the stored positions of
-// sparse arrays, which stand in *positions, announced and empty; null: that is no range. Errors: 27 28 47 49 51 77
-// 118 335 336.
+// The step is 1 when none is given. The counter gets the start value. Or i = [s], over the stored positions
+// of sparse arrays, which stand in *positions, announced and empty; null: that is no range. Errors: 27 28 47
+// 49 51 77 118 335 336.
 void set_up_for_loop(input_stream **stream, for_loop *loop, name_node **cursor,
                      arr_value *positions = nullptr);
 

@@ -7,6 +7,7 @@
 #include "session/evaluator.h"
 #include "session/func_records.h"
 #include "session/func_run.h"
+#include "matrix/pins.h"
 #include "numbers/heap.h"
 #include "session/output.h"
 #include "session/report.h"
@@ -146,6 +147,7 @@ int remove_var(token_rec *name)
         } else {
             v->next = doomed;
             doomed = v;
+            doomed_wait = 1;
             if (!borrowed) free_doomed_vars();
         }
         return 1;
@@ -155,6 +157,8 @@ int remove_var(token_rec *name)
 
 void free_doomed_vars()
 {
+    doomed_wait = 0;
+    if (values_pinned > 0) return;  // an interrupted computation may use them; whoever comes next frees them
     while (doomed) {
         var_node *v = doomed;
         doomed = v->next;
@@ -230,15 +234,6 @@ void pop_params(var_node *mark)
 }
 
 // Functions ---------------------------------------------------------------------------------------------
-
-func_node *find_func(token_rec *tok)
-{
-    hash_token(tok, upper_buckets);
-    for (func_node *f = func_store[tok->index]; f; f = f->next) {
-        if (same_text(f->text, tok->text)) return f;
-    }
-    return nullptr;
-}
 
 int remove_function(token_rec *name)
 {

@@ -5,6 +5,7 @@
 // parameter hides a variable for the time of a call, and a second definition an older function.
 
 #include "matrix/sparse.h"
+#include "poly/variables.h"
 #include "quoly/quoly.h"
 #include "session/scanner.h"
 
@@ -98,6 +99,16 @@ inline bool is_array_mark(const quolynode *value)
     return value->is_num && value->den != nullptr;
 }
 
+// The slot of the scalar that the token of a stored list names; null when it is none that has a value.
+inline quolynode **stored_slot(const name_node *name)
+{
+    if (name->linked) return name->kind == linked_scalar ? static_cast<quolynode **>(name->ptr) : nullptr;
+    if (name->index < 0 || (number_polys > 0 && its_a_polyname(name->text))) return nullptr;
+    var_node *variable = stored_var(name);
+    if (!variable || !variable->value || is_array_mark(variable->value)) return nullptr;
+    return &variable->value;
+}
+
 // Make the value of a parameter that mark.
 void mark_array_param(var_node *v);
 
@@ -112,7 +123,23 @@ void free_doomed_vars();
 void for_each_scalar(void (*f)(quolynode **slot));
 
 // The newest function of the name, or null. Fills tok->index.
-func_node *find_func(token_rec *tok);
+inline func_node *find_func(token_rec *tok)
+{
+    if (tok->index < 0) tok->index = hash(tok->text, upper_buckets);
+    for (func_node *f = func_store[tok->index]; f; f = f->next) {
+        if (std::memcmp(f->text, tok->text, token_room) == 0) return f;
+    }
+    return nullptr;
+}
+
+// The same for a name of a stored list, which is hashed already; compared where it stands, as by stored_var.
+inline func_node *stored_func(const name_node *name)
+{
+    for (func_node *f = func_store[name->index]; f; f = f->next) {
+        if (std::memcmp(f->text, name->text, token_room) == 0) return f;
+    }
+    return nullptr;
+}
 
 // Take the newest function of the name off its bucket, and release it. Declines (0) when there is none.
 int remove_function(token_rec *name);

@@ -7,12 +7,11 @@
 #include "session/poly_readin.h"
 #include "poly/variables.h"
 #include "quoly/divide.h"
+#include "quoly/owned.h"
 #include "session/evaluator.h"
 #include "session/literal.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
-#include "session/settings.h"
 
 namespace kelmar {
 
@@ -161,7 +160,7 @@ bool get_the_coef(input_stream **stream, quolynode **coef, name_node **cursor, s
     const char c = token.text[0];
     if (is_digit(c) || c == '.') {
         read_literal(stream, coef, cursor);
-        return true;
+        return !*coef || (*coef)->is_num || refuse(err_read_bad_number);  // a fraction is no coefficient
     }
     if (c == '(') return read_bracketed(stream, coef, cursor, level);
     if (!is_lower(c)) return refuse(err_read_bad_number);

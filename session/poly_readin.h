@@ -9,6 +9,9 @@
 
 namespace kelmar {
 
+// default 0; polynomials are read with true integers under a modulus too; &n; reset: never
+inline std::int32_t nomodpolyreadin = 0;
+
 // *q = the value that begins with the token in hand: a polynomial, in brackets or not, and behind / a
 // denominator. The token behind it is left in hand. *q replaced, announced by the caller. With
 // nomodpolyreadin numbers are read outside modular mode. Errors: 1 159 160 161 162 163 164 165 204 341 376.

@@ -5,11 +5,11 @@
 #include "numbers/combinat.h"
 #include "numbers/dispatch.h"
 #include "quoly/derivative.h"
+#include "quoly/owned.h"
 #include "quoly/power.h"
 #include "session/evaluation.h"
 #include "session/expr.h"
 #include "session/factor.h"
-#include "session/owned.h"
 #include "session/report.h"
 
 namespace kelmar {

@@ -49,6 +49,11 @@ void do_prompts()
     flush_output();
     drop_pending();
     leftover[0] = 0;
+}
+
+void await_answer()
+{
+    std::fflush(Output);
     if (input_is_over()) jump_to_exit();
 }
 

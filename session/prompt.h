@@ -21,9 +21,11 @@ void next_prompt();
 // Ask for the first statement after the start or a panic stop.
 void restart_prompt();
 
-// Write level and prompt of a question, and drop the pending character. At the end of the
-// input the session ends.
+// Write level and prompt of a question, and drop the pending character.
 void do_prompts();
+
+// The question is written: show it, and wait for an answer. At the end of the input the session ends.
+void await_answer();
 
 // What stands aside while an answer is read from the terminal.
 struct asking {
@@ -33,7 +35,8 @@ struct asking {
 };
 
 // Ask: do_prompts, and from now on the terminal is the source. Each use is a pair with end_answer, which
-// brings back the source, its leftover when it is a file, and the token.
+// brings back the source, its leftover when it is a file, and the token; between them await_answer is called
+// before anything is read.
 void begin_answer(asking *a);
 void end_answer(const asking *a);
 

@@ -7,6 +7,7 @@
 #include "numbers/decimal.h"
 #include "numbers/mode.h"
 #include "poly/display.h"
+#include "session/arr_access.h"
 #include "session/arr_listing.h"
 #include "session/errors.h"
 #include "session/files.h"
@@ -176,10 +177,7 @@ static void close_by_name()
 // Declines (0): nothing is to be written.
 static bool open_named_output(const char *name)
 {
-    if (name[0] == 0 || std::strcmp(name, input_file_name) == 0) {
-        error(name[0] ? err_same_file : err_empty_file_name, name[0] ? name : token.text);
-        return false;
-    }
+    if (!check_file_name(name, input_file_name)) return false;
     if (std::strcmp(name, "@") == 0) {
         close_by_name();
         return false;
@@ -192,7 +190,9 @@ static bool open_named_output(const char *name)
 void save_command(input_stream **stream, name_node **cursor, char letter, const char *name)
 {
     char answer[file_name_room];
-    if (letter == 'S' && !name && outpuf) {
+    if (round_trip) {  // of a computation that waits below this level: its file stays open
+        std::fputs(" *** Warning. A save is being interrupted; this one is cancelled.\n", Output);
+    } else if (letter == 'S' && !name && outpuf) {
         append_named(stream, cursor);
     } else {
         if (!name) {

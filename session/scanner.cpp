@@ -112,8 +112,7 @@ static inline void replay(token_rec *tok, name_node **cursor)
         currentchar = nullptr;
         return;
     }
-    std::memcpy(tok->text, (*cursor)->text, sizeof tok->text);
-    tok->index = (*cursor)->index;
+    copy_token(tok, *cursor);
     currentchar = (*cursor)->next;
 }
 

@@ -55,8 +55,7 @@ inline void next_token(input_stream **stream, name_node **cursor)
     }
     poll_interrupt();
     name_node *const next = here->next;
-    std::memcpy(token.text, next->text, sizeof token.text);
-    token.index = next->index;
+    copy_token(&token, next);
     currentchar = next->next;
     *cursor = next;
 }

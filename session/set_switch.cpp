@@ -5,11 +5,11 @@
 // itself. Nothing changes before the closing parenthesis has been seen, so that an error leaves the switch
 // as it was. The letter is looked at last: an unknown one is told only when all else was right.
 #include "session/set_switch.h"
+#include "quoly/owned.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/loop.h"
-#include "session/owned.h"
 #include "session/report.h"
 #include "session/seams.h"
 #include "session/switch_values.h"

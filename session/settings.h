@@ -1,31 +1,11 @@
 #pragma once
-// session/settings.h -- switches and tables whose modules do not exist yet; each moves to its module when
-// that comes.
+// session/settings.h -- switches of what the system does not do yet.
+//
+// They are kept, shown and saved. Each moves to the header of its module when that comes.
 
-#include "gcd/polygcd.h"
-#include "poly/display.h"
-#include "poly/div_fast.h"
-#include "poly/mul.h"
-#include "quoly/quoly.h"
-#include "session/report.h"
+#include <cstdint>
 
 namespace kelmar {
-
-// Polynomials -------------------------------------------------------------------------------------------
-
-// default 0; polynomials are read with true integers under a modulus too; &n; reset: never
-inline std::int32_t nomodpolyreadin = 0;
-// default 0; a relation was changed while words were the numbers; &P; reset: never
-inline std::int32_t changed_in_modmode = 0;
-
-// poly_cutoff = v, and with it the cutoff of every polynomial variable that had the old value.
-inline void reset_cutoffs(std::int32_t v)
-{
-    for (pt *r = polynames; r; r = r->next) {
-        if (r->cut == poly_cutoff) r->cut = v;
-    }
-    poly_cutoff = v;
-}
 
 // Gcds --------------------------------------------------------------------------------------------------
 
@@ -37,10 +17,8 @@ inline constexpr std::int32_t largest_first_factor = 4583;  // as many candidate
 // default 100; primes looked for, second list; &A; reset: never
 inline std::int32_t aux_num_2factor = 100;
 
-// Arrays and matrices -----------------------------------------------------------------------------------
+// Matrices ----------------------------------------------------------------------------------------------
 
-// default 1; index of the first entry of arrays, 0 or 1; &a; reset: never
-inline std::int32_t addresser = 1;
 // default -1; rows; a smaller determinant is expanded by minors, negative: the default applies; &D; reset:
 // never
 inline std::int32_t detcutoff = -1;

@@ -12,9 +12,11 @@
 #include "numbers/mode.h"
 #include "numbers/random.h"
 #include "numbers/startup.h"
+#include "poly/div_fast.h"
 #include "quoly/charpoly_data.h"
 #include "poly/ring_change.h"
 #include "poly/variables.h"
+#include "quoly/owned.h"
 #include "session/change_prec.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -24,16 +26,15 @@
 #include "session/names.h"
 #include "session/loop.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/prompt.h"
 #include "session/pset.h"
 #include "session/report.h"
-#include "session/settings.h"
 #include "session/statement.h"
 #include "session/timing.h"
 #include "session/trace.h"
 #include "session/unwind.h"
 #include "storage/accounting.h"
+#include "storage/low_memory.h"
 #include "storage/sizes.h"
 
 namespace kelmar {
@@ -107,6 +108,7 @@ void prepare_session(const char *data_directory)
 {
     set_stack_floor();
     open_stashes();
+    keep_reserve();
     register_free_lists();
     register_poly_records();
     register_array_records();
@@ -161,7 +163,8 @@ static void read_memory_grant(input_stream *in)
     drop_line(in);
 }
 
-// Run one statement of the start-up file; its value is not shown. The line's tail is ignored.
+// Run one statement of the start-up file; its value is not shown, and so ":" does not end it. The line's tail
+// is ignored.
 static void run_startup_statement(input_stream **stream)
 {
     quolynode *value = nullptr;
@@ -172,7 +175,7 @@ static void run_startup_statement(input_stream **stream)
     parse(stream, &value, &zilch);
     disown();
     free_quoly(&value);
-    if (!ends_statement(&token)) error(err_bad_end, token.text);
+    if (!ends_statement(&token) || token.text[0] == ':') error(err_bad_end, token.text);
     leftover[0] = 0;
     drop_line(*stream);
 }
@@ -245,11 +248,11 @@ static void start_session(char **argv)
     for (;;) statement_loop();
 }
 
+// The exit status: 1 when what was written got lost.
 static int farewell()
 {
     std::fputs("\n bye\n", Output);
-    std::fflush(Output);
-    return 0;
+    return std::fflush(Output) == 0 && !std::ferror(Output) ? 0 : 1;
 }
 
 int run_session(char **argv, int exact)

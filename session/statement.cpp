@@ -2,6 +2,7 @@
 //
 // A table by first character gives the handler; whatever has none is an expression, which may assign.
 #include "session/statement.h"
+#include "quoly/owned.h"
 #include "session/arr_assign.h"
 #include "session/arr_input.h"
 #include "session/arr_statement.h"
@@ -10,7 +11,6 @@
 #include "session/levels.h"
 #include "session/names.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/switches.h"
@@ -113,7 +113,7 @@ static void question_statement(input_stream **stream, quolynode **result, name_n
     }
     begin_answer(&a);
     std::fprintf(Output, "%s := ", name.text);
-    std::fflush(Output);
+    await_answer();
     ask_for_value(&name, result);
     end_answer(&a);
     if (*cursor) quoly_set(0, result);
@@ -127,25 +127,30 @@ struct statement_row {
 };
 
 static const statement_row statements[] = {
-    {'!', write_out}, {'"', array_statement},    {'[', array_statement},
-    {'~', array_statement},  {'&', switch_statement},   {'%', arrays_of_arrays_statement},
-    {';', empty_statement},  {'?', question_statement}, {'@', cancel_statement},
-    {'A', name_statement},   {'D', name_statement},     {'M', name_statement},
+    {'!', write_out},       {'"', array_statement},    {'[', array_statement},
+    {'~', array_statement}, {'&', switch_statement},   {'%', arrays_of_arrays_statement},
+    {';', empty_statement}, {'?', question_statement}, {'@', cancel_statement},
+    {'A', name_statement},  {'D', name_statement},     {'M', name_statement},
     {'T', name_statement},
 };
 
+struct statement_table {
+    statement_handler run[256];
+};
+
+static statement_table make_statement_table()
+{
+    statement_table t;
+    for (statement_handler &run : t.run) run = value_statement;
+    for (const statement_row &row : statements) t.run[static_cast<unsigned char>(row.first)] = row.run;
+    return t;
+}
+
+static const statement_table by_first = make_statement_table();
+
 void parse(input_stream **stream, quolynode **result, name_node **cursor)
 {
-    if (is_lower(token.text[0])) {
-        value_statement(stream, result, cursor);
-        return;
-    }
-    for (const statement_row &row : statements) {
-        if (row.first != token.text[0]) continue;
-        row.run(stream, result, cursor);
-        return;
-    }
-    value_statement(stream, result, cursor);
+    by_first.run[static_cast<unsigned char>(token.text[0])](stream, result, cursor);
 }
 
 }  // namespace kelmar

@@ -1,15 +1,15 @@
 // session/stored_values.cpp -- all values that outlive a statement, and those that a running one holds.
 //
-// Evaluators that call each other announce one slot several times. The announced slots are sorted, so that each
-// is met once.
+// Evaluators that call each other announce one slot several times. The announced slots are sorted, so that
+// each is met once.
 #include "session/stored_values.h"
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include "quoly/owned.h"
 #include "session/evaluator.h"
 #include "numbers/heap.h"
 #include "session/names.h"
-#include "session/owned.h"
 
 namespace kelmar {
 

@@ -7,8 +7,8 @@
 
 namespace kelmar {
 
-// Call `change` on each slot that holds a scalar value, once: variables, shadowed ones too; the last value; what
-// the evaluators of the running statement own. `change` may replace the value, but not with null.
+// Call `change` on each slot that holds a scalar value, once: variables, shadowed ones too; the last value;
+// what the evaluators of the running statement own. `change` may replace the value, but not with null.
 void for_each_stored(void (*change)(quolynode **slot));
 
 }  // namespace kelmar

@@ -13,6 +13,10 @@ inline std::int64_t storm_stop_at = -1;
 // default 0; above 0: polls from one such stop to the next; fuzz targets; reset: never
 inline std::int64_t storm_stop_every = 0;
 
+// default null; what a level answers that is pushed at storm_stop_at, instead of giving the statement up;
+// tests; reset: never
+inline const char *storm_answers = nullptr;
+
 // Now and then push a command level here and leave it at once, unseen. Nothing that a session
 // shows may change.
 void storm_poll();

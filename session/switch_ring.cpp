@@ -1,7 +1,7 @@
 // session/switch_ring.cpp -- the switch of the ground ring: &p , &(p = m) and &(p = _i).
 //
-// What is refused is told before anything changes. At the terminal &p asks until there is a modulus; in a file
-// the modulus stands behind the command.
+// What is refused is told before anything changes. At the terminal &p asks until there is a modulus; in a
+// file the modulus stands behind the command.
 #include "numbers/dispatch.h"
 #include "quoly/display.h"
 #include "session/change_prec.h"

@@ -8,6 +8,9 @@
 #include "numbers/decimal.h"
 #include "numbers/dispatch.h"
 #include "numbers/random.h"
+#include "poly/mul.h"
+#include "session/arr_access.h"
+#include "session/change_prec.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/levels.h"
@@ -37,6 +40,7 @@ void begin_question(asking *a, const char *question, quolynode **answer, bool tr
     std::int32_t saved = 0;
     std::fputs(question, Output);
     begin_answer(a);
+    await_answer();
     scanner(&Input, &token, &zilch);
     if (true_integers) check_modular(&saved);
     old_expre(&Input, answer, &zilch);
@@ -427,6 +431,7 @@ void ask_prompt(input_stream **, quolynode **, name_node **)
     char text[answer_room];
     std::fputs(" Enter prompt:\n", Output);
     begin_answer(&a);
+    await_answer();
     read_raw_line(text);
     end_answer(&a);
     set_prompt(text);

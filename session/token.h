@@ -6,6 +6,7 @@
 // address of a pointer to one, makes the scanner deliver them instead of reading a stream. The
 // cursor zilch is always null: read the stream.
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -15,24 +16,50 @@ namespace kelmar {
 
 inline constexpr int token_room = 12;  // bytes of a token's text, its end mark included
 
-struct token_rec {
+struct alignas(8) token_rec {
     char text[token_room];  // zero-padded, so that equal texts are equal bytes
     std::int16_t index;     // hash bucket of the text, -1 when not hashed yet
 };
 static_assert(std::is_trivial_v<token_rec>);
 
+// What a stored token is to the walk of plain_run.h, which tells it once.
+enum token_form : std::uint8_t {
+    form_untold,
+    form_plus,
+    form_minus,
+    form_literal,  // the first token of a number: value, and ptr the token behind it
+    form_decimal,  // the same, written with a point
+    form_stop,     // what ends a term
+    form_times,    // from here on: a term goes on
+    form_divide,   // / | and the backslash
+    form_name,     // of a variable; `or` and `and` are none
+    form_open,     // (
+    form_general   // what only the evaluators read
+};
+
 // One token of a stored list; also a cell of the statement's token ring, and a formal parameter.
 struct name_node {
     char text[token_room];
     std::int16_t index;
-    name_node *chain;     // linked body: the next record of the same variable
-    void *ptr;            // linked body: the slot of the variable, or the base of the array
-    name_node *next;      // the next token
-    std::int32_t linked;  // 1 when ptr is valid; parameter: it holds an array
-    std::int32_t spaced;  // a blank followed in the source; parameter: its array is sparse
-    std::int32_t kind;    // linked: what it is, a linked_kind
+    token_form form;
+    std::uint8_t evaluated;  // the first of a list that holds what only the evaluators read
+    name_node *chain;        // linked body: the next record of the same variable
+    void *ptr;               // linked body: the slot of the variable, or the base of the array
+    name_node *next;         // the next token
+    std::int32_t linked;     // 1 when ptr is valid; parameter: it holds an array
+    std::int32_t spaced;     // a blank followed in the source; parameter: its array is sparse
+    std::int32_t kind;       // linked: what it is, a linked_kind
+    double value;            // of a literal
 };
 static_assert(std::is_trivial_v<name_node>);
+
+// *t = the text and the index of the stored token, which begin both records, in one move.
+inline void copy_token(token_rec *t, const name_node *stored)
+{
+    static_assert(offsetof(name_node, index) == offsetof(token_rec, index));
+    static_assert(offsetof(name_node, chain) == sizeof(token_rec));
+    std::memcpy(static_cast<void *>(t), static_cast<const void *>(stored), sizeof *t);
+}
 
 // default empty; the token in hand; the scanner; reset: unwind
 inline token_rec token;

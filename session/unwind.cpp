@@ -5,10 +5,12 @@
 // frames in between has a destructor.
 #include "session/unwind.h"
 #include "gcd/polygcd.h"
+#include "numbers/decimal.h"
 #include "poly/mul_work.h"
 #include "poly/ring_change.h"
 #include "poly/variables.h"
 #include "quoly/mul.h"
+#include "quoly/owned.h"
 #include "session/arr_expr.h"
 #include "session/arr_system.h"
 #include "session/errors.h"
@@ -17,7 +19,6 @@
 #include "session/func_records.h"
 #include "session/levels.h"
 #include "session/load.h"
-#include "session/owned.h"
 #include "session/progress.h"
 #include "session/report.h"
 #include "session/save.h"
@@ -37,19 +38,15 @@ static void leave_temporary_ring()
 }
 
 static const forgetter forgetters[] = {
-    {evaluator_on_error, 0},
-    {forget_warnings, 0},
-    {leave_temporary_ring, 1},
-    {leave_given_variables, 0},
-    {progress_on_unwind, 1},
-    {gcd_on_error, 0},
-    {clear_gcd_counters, 1},
+    {evaluator_on_error, 0}, {forget_warnings, 0}, {leave_temporary_ring, 1}, {leave_given_variables, 0},
+    {progress_on_unwind, 1}, {gcd_on_error, 0},    {clear_gcd_counters, 1},
 };
 
 void set_abandon_point(abandon_point *here)
 {
     here->owned_mark = owned_count;
     here->borrowed_mark = borrowed;
+    here->round_trip_mark = round_trip;
     here->pending_mark = pending_top;
     here->calls_mark = newest_call;
     here->definitions_mark = func_def_count;
@@ -114,6 +111,7 @@ void abandon_statement()
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);
     borrowed = abandon_to->borrowed_mark;
+    round_trip = abandon_to->round_trip_mark;
     func_def_count = abandon_to->definitions_mark;
     siglongjmp(abandon_to->buf, 1);
 }

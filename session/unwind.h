@@ -23,6 +23,7 @@ struct abandon_point {
     sigjmp_buf buf;
     int owned_mark;         // slots announced when the point was set
     int borrowed_mark;      // operands borrowed then
+    int round_trip_mark;    // a save was under way then
     pending *pending_mark;  // what was being read, and the call that ran, then
     call_frame *calls_mark;
     int definitions_mark;     // definitions in progress then

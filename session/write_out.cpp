@@ -1,12 +1,13 @@
 // session/write_out.cpp -- the output statement.
 //
-// A value goes straight to its place, so that it shows while it is written. Only where a width is asked for it is
-// put together first, because blanks stand in front of it: values stand at the right of their column,
+// A value goes straight to its place, so that it shows while it is written. Only where a width is asked for
+// it is put together first, because blanks stand in front of it: values stand at the right of their column,
 // texts at the left.
 #include "session/write_out.h"
 #include <cstdlib>
 #include "numbers/decimal.h"
 #include "quoly/display.h"
+#include "quoly/owned.h"
 #include "session/arr_listing.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
@@ -14,7 +15,6 @@
 #include "session/files.h"
 #include "session/loop.h"
 #include "session/output.h"
-#include "session/owned.h"
 #include "session/report.h"
 #include "session/switch_values.h"
 #include "session/texts.h"
@@ -81,7 +81,8 @@ static std::FILE *scratch = nullptr;
 static char *scratch_text = nullptr;
 static std::size_t scratch_length = 0;
 
-static void write_in_width(output_place *place, const value_form *form, const quolynode *q, std::int32_t width)
+static void write_in_width(output_place *place, const value_form *form, const quolynode *q,
+                           std::int32_t width)
 {
     std::int32_t col = 0;
     if (!scratch) scratch = open_memstream(&scratch_text, &scratch_length);

@@ -19,8 +19,8 @@ struct item_form {
     std::int32_t as_char;
 };
 
-// Read what stands behind an item, ":8" or ":char"; what is not told stays as it is in *form. Declines (0) after
-// an error.
+// Read what stands behind an item, ":8" or ":char"; what is not told stays as it is in *form. Declines (0)
+// after an error.
 bool read_item_form(input_stream **stream, name_node **cursor, item_form *form);
 
 // Put the n bytes of text to all places.

@@ -4,6 +4,7 @@
 // kind finds it.
 #include "storage/low_memory.h"
 #include <cstdio>
+#include <cstdlib>
 #include "quoly/quoly.h"
 #include "session/report.h"
 
@@ -31,12 +32,34 @@ void release_gcd_stash()
     prev_modulus = -1;
 }
 
+// default null; room for what a stretch that cannot be interrupted still asks for; keep_reserve, mem_error
+static void *reserve = nullptr;
+static constexpr std::size_t reserve_size = std::size_t{4} << 20;  // bytes
+
+void keep_reserve()
+{
+    if (!reserve) reserve = std::malloc(reserve_size);
+}
+
+// Data are between two rings, and no level can stand here: go on with the reserve, and interrupt as soon as
+// the stretch is done. Declines (0) when the reserve is used up.
+static int spend_reserve()
+{
+    if (!interrupts_held || !reserve) return 0;
+    std::free(reserve);
+    reserve = nullptr;
+    interrupt_flag = 1;
+    return 1;
+}
+
 void mem_error()
 {
+    if (spend_reserve()) return;
     if (lookupgcd < 1 || polygcd_stack_depth != 0) {
         std::printf("\n*** Warning.  You are out of heap space.  Abort this computation.\n");
         std::fflush(stdout);
         error(new_level, " ");
+        keep_reserve();
         return;
     }
     std::printf("\n*** Warning.  You are low on heap space.  Will try freeing the gcd stash.\n");

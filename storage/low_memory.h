@@ -33,4 +33,7 @@ void release_gcd_stash();
 // is unused, or a gcd runs: a warning, and the command ends. Errors: new_level, which may come back.
 void mem_error();
 
+// Set memory aside for a stretch that cannot be interrupted when the heap is used up. Called at the start.
+void keep_reserve();
+
 }  // namespace kelmar

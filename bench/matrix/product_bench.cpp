@@ -1,7 +1,7 @@
 // bench/matrix/product_bench.cpp -- products, transposes, and the store of arrays.
 //
-// `entry` is nanoseconds an entry of the operands. Dense products stand beside a triple loop over plain doubles
-// in the order of the definition. Every benchmark prints a checksum of its result.
+// `entry` is nanoseconds an entry of the operands. Dense products stand beside a triple loop over plain
+// doubles in the order of the definition. Every benchmark prints a checksum of its result.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <vector>
@@ -9,6 +9,7 @@
 #include "matrix/product.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_order.h"
+#include "matrix/sparse_product.h"
 #include "matrix/store.h"
 
 using namespace kelmar;

@@ -2,8 +2,8 @@
 // installed.
 //
 // The label is a checksum of the result: for numbers the value modulo 2^32, for fractions the terms of
-// numerator and denominator. FLINT's sums are done as its own fractions do them: gcd of the denominators, then of the
-// numerator with that.
+// numerator and denominator. FLINT's sums are done as its own fractions do them: gcd of the denominators,
+// then of the numerator with that.
 #include <benchmark/benchmark.h>
 #include <gmp.h>
 #include <cstdio>

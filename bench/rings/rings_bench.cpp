@@ -2,8 +2,8 @@
 //
 // ToResidues: a polynomial of a million terms to its residues and back; the counter `ns` is one number, there
 // and back; `fixes` the fix records, one for each run of terms that vanishes. Product and Evaluate: the same
-// work modulo a prime below 65535, with products of residues in 32 bits and in 64. ModeTests: a sum of doubles
-// by way of num_add, which tests the mode each time, beside the bare sum.
+// work modulo a prime below 65535, with products of residues in 32 bits and in 64. ModeTests: a sum of
+// doubles by way of num_add, which tests the mode each time, beside the bare sum.
 #include <benchmark/benchmark.h>
 #include "numbers/dispatch.h"
 #include "numbers/stash.h"

@@ -1,7 +1,7 @@
 // bench/session/arrays_bench.cpp -- statements about entries of arrays: plain, linked, on machine integers.
 //
-// a[i,j] := a[i-1,j] + 1 runs over 10^6 entries. The counter "records" shows that a run takes no record that it
-// does not give back; the label is a checksum.
+// a[i,j] := a[i-1,j] + 1 runs over 10^6 entries. The counter "records" shows that a run takes no record that
+// it does not give back; the label is a checksum.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <string>
@@ -40,8 +40,8 @@ void body(benchmark::State &state, const std::string &before, const std::string 
     const std::int64_t records = live_numbers();
     for (auto _ : state) run("result := " + call + ":\n");
     state.counters["records"] = static_cast<double>(live_numbers() - records);
-    state.counters["per_entry"] = benchmark::Counter(
-        units, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["per_entry"] = benchmark::Counter(units, benchmark::Counter::kIsIterationInvariantRate |
+                                                                benchmark::Counter::kInvert);
     token_rec name;
     set_token(&name, "result");
     const var_node *v = find_var(&name);
@@ -56,7 +56,8 @@ const std::string loop =
 BENCHMARK_CAPTURE(body, elements, matrix, "Func T = " + loop, "T", entries)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(body, elements_linked, matrix, "Func T = Compile([a], i, j); " + loop, "T", entries)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(body, elements_of_parameter, matrix, "Func T(a) = Compile(i, j); " + loop, "T([a])", entries)
+BENCHMARK_CAPTURE(body, elements_of_parameter, matrix, "Func T(a) = Compile(i, j); " + loop, "T([a])",
+                  entries)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(body, elements_integer, matrix, "Func T = Integer; " + loop, "T", entries)
     ->Unit(benchmark::kMillisecond);

@@ -4,9 +4,12 @@
 // through the table of switches, and are put back to what they were when the process began.
 #include "tests/fuzz/harness.h"
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
+#include <sys/stat.h>
+#include <unistd.h>
 #include "poly/variables.h"
 #include "session/change_prec.h"
 #include "session/files.h"
@@ -23,6 +26,7 @@ using namespace kelmar;
 
 static constexpr std::int64_t first_stop = 20000;  // polls before a statement is given up
 static constexpr std::int64_t next_stop = 1000;    // polls from there on
+static constexpr unsigned history_length = 400;
 
 struct kept_setting {
     std::int32_t *global;
@@ -48,16 +52,19 @@ static void restore_settings()
     session_ring = first_ring;
 }
 
+// Blanks are left out: behind a name they mean more than that in a session whose output is ugly.
 static void cancel_names(std::string *text)
 {
+    *text += "&(U=0)\n";
     for (const var_node *v : sca_store) {
         for (; v; v = v->next) *text += "@" + std::string(v->text) + "\n";
     }
     for (const func_node *f : func_store) {
         for (; f; f = f->next) *text += "@" + std::string(f->text) + "\n";
     }
-    for (int k = 0; k < number_polys; ++k) *text += "&(J = -" + std::string(polyvar[k]) + ")\n";
-    *text += "@[**]\n";
+    for (int k = 0; k < number_polys; ++k) *text += "&(J=-" + std::string(polyvar[k]) + ")\n";
+    *text += "@[**]\n&(l=0)\n";
+    if (modularmode) *text += "&(p=_i)\n";
 }
 
 static void run_bytes(const std::uint8_t *bytes, std::size_t n)
@@ -72,9 +79,11 @@ static void clear_session()
     std::string text;
     close_input_file();
     close_output_file();
-    restore_settings();
-    cancel_names(&text);
+    promptsize = 1;       // a longer prompt would swallow the first letters
+    cancel_names(&text);  // in the ring that the values are in
     run_bytes(reinterpret_cast<const std::uint8_t *>(text.data()), text.size());
+    if (number_polys != 0 || (modularmode && !flotemode)) std::abort();  // the next session would suffer
+    restore_settings();
 }
 
 void prepare(int exact)
@@ -83,12 +92,7 @@ void prepare(int exact)
     exact_session = exact;
     prepare_session(KELMAR_SOURCE_DIR "/BACKWARD/");
     keep_settings();
-}
-
-void run(const std::uint8_t *bytes, std::size_t n)
-{
-    run_bytes(bytes, n);
-    clear_session();
+    mkdir("history", 0777);
 }
 
 bool write_file(const char *name, const std::uint8_t *bytes, std::size_t n)
@@ -97,6 +101,22 @@ bool write_file(const char *name, const std::uint8_t *bytes, std::size_t n)
     if (!f) return false;
     const bool written = std::fwrite(bytes, 1, n, f) == n;
     return std::fclose(f) == 0 && written;
+}
+
+void note_input(const std::uint8_t *bytes, std::size_t n)
+{
+    static unsigned count = 0;
+    char name[32];
+    std::snprintf(name, sizeof name, "history/%06u", count);
+    write_file(name, bytes, n);
+    std::snprintf(name, sizeof name, "history/%06u", count++ - history_length);
+    unlink(name);
+}
+
+void run(const std::uint8_t *bytes, std::size_t n)
+{
+    run_bytes(bytes, n);
+    clear_session();
 }
 
 }  // namespace kelmar_fuzz

@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t n)
 {
+    kelmar_fuzz::note_input(bytes, n);
     if (kelmar_fuzz::write_file("saved", bytes, n)) kelmar_fuzz::run(session, sizeof session - 1);
     return 0;
 }

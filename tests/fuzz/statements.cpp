@@ -13,6 +13,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t n)
 {
+    kelmar_fuzz::note_input(bytes, n);
     kelmar_fuzz::run(bytes, n);
     return 0;
 }

@@ -8,7 +8,7 @@ if(KELMAR_FAIL_ALLOC)
   set_target_properties(fail_alloc PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
   file(GLOB inputs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/hostile/*.in)
   foreach(input ${inputs})
-    cmake_path(GET input STEM name)
+    cmake_path(GET input STEM LAST_ONLY name)
     add_test(NAME hostile/fail_alloc/${name} COMMAND ${python_program} -I -S
       ${CMAKE_CURRENT_SOURCE_DIR}/hostile/fail_alloc $<TARGET_FILE:fail_alloc> ${input})
     set_tests_properties(hostile/fail_alloc/${name} PROPERTIES
@@ -25,4 +25,15 @@ endif()
 # Interrupts at random times, in every build.
 add_test(NAME hostile/interrupts COMMAND ${python_program} -I -S
   ${CMAKE_CURRENT_SOURCE_DIR}/hostile/interrupts $<TARGET_FILE:kelmar> 2000)
-set_tests_properties(hostile/interrupts PROPERTIES LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 300)
+add_test(NAME hostile/interrupts.exact COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/interrupts $<TARGET_FILE:kelmar-exact> 2000)
+
+# Tens of thousands of errors in one session, and damaged data files.
+add_test(NAME hostile/errors COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/errors $<TARGET_FILE:kelmar> 30000)
+add_test(NAME hostile/errors.exact COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/errors $<TARGET_FILE:kelmar-exact> 30000)
+add_test(NAME hostile/data_files COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/data_files $<TARGET_FILE:kelmar-exact> ${PROJECT_SOURCE_DIR}/BACKWARD 40)
+set_tests_properties(hostile/interrupts hostile/interrupts.exact hostile/errors hostile/errors.exact hostile/data_files
+  PROPERTIES LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 300)

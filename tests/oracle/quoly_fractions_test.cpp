@@ -127,7 +127,8 @@ polynode *drawn(test_random *r, std::int32_t variables)
 
 constexpr std::size_t pool_size = 4;
 
-// A random quotient over up to two factors of a small pool, or one in three variables, so that they are shared.
+// A random quotient over up to two factors of a small pool, or one in three variables, so that they are
+// shared.
 void draw_value(test_random *r, polynode *const pool[], std::int32_t variables, quolynode **q)
 {
     polynode *top = drawn(r, variables);

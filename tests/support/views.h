@@ -11,8 +11,7 @@ inline constexpr int view_flags = 12;
 inline std::int32_t *const view_flag[view_flags] = {
     &kelmar::flotemode, &kelmar::modularmode,  &kelmar::lintmode,     &kelmar::integerflag,
     &kelmar::modulus,   &kelmar::half_modulus, &kelmar::smallmodulus, &kelmar::mod_is_prime,
-    &kelmar::finf,      &kelmar::f256,         &kelmar::f2t16,
-    &kelmar::two28_mod};
+    &kelmar::finf,      &kelmar::f256,         &kelmar::f2t16,        &kelmar::two28_mod};
 
 // At the end of the block the view is what it was at the start.
 struct kept_view {

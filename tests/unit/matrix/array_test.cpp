@@ -333,8 +333,8 @@ void expect_equal(const model_array &m)
     }
 }
 
-// Declarations, removals in any order, conversions, and writes: after each some array is compared, and now and
-// then all of them.
+// Declarations, removals in any order, conversions, and writes: after each some array is compared, and now
+// and then all of them.
 TEST(Array, RandomOperationsAgreeWithVectors)
 {
     no_arrays clean;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 #include "matrix/sparse_ops.h"
+#include "matrix/sparse_product.h"
 #include "matrix/sparse_tests.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"

@@ -522,6 +522,7 @@ TEST(Sparse, WhatIsFreedWhilePinnedStaysReadable)
     for (; walk; walk = walk->next) sum += value_of(walk->val);
     EXPECT_EQ(sum, 15);
     unpin_values();
+    release_pinned();
     EXPECT_TRUE(read(s.frames, 1).empty());
 }
 

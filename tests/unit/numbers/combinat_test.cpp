@@ -289,6 +289,35 @@ TEST(LintBinom, IsTheBinomialModulo2To32)
     }
 }
 
+TEST(LintBinom, OfManyFactorsIsTheBinomialModulo2To32AndQuick)
+{
+    load_from(data_directory);
+    in_view words(view_word);
+    number r, left, right;
+    r.size = left.size = right.size = 0;
+    mpz_t z;
+    mpz_init(z);
+    for (unsigned n : {200000u, 200001u, 262143u, 262144u, 300007u}) {
+        for (unsigned k : {99999u, 100000u, 100001u, n / 2}) {
+            lint_binom(static_cast<std::int32_t>(n), static_cast<std::int32_t>(k), &r);
+            mpz_bin_uiui(z, n, k);
+            EXPECT_EQ(static_cast<std::uint32_t>(r.word), static_cast<std::uint32_t>(mpz_get_ui(z)))
+                << n << " " << k;
+        }
+    }
+    mpz_clear(z);
+    for (std::int32_t n : {1999999999, 2147483647, 2147450880}) {
+        for (std::int32_t k : {900000000, n / 2, 0x40000000, 131072}) {
+            lint_binom(n, k, &r);
+            lint_binom(n - 1, k - 1, &left);
+            lint_binom(n - 1, k, &right);
+            EXPECT_EQ(static_cast<std::uint32_t>(r.word),
+                      static_cast<std::uint32_t>(left.word) + static_cast<std::uint32_t>(right.word))
+                << n << " " << k;
+        }
+    }
+}
+
 TEST(ModBinom, AgreesWithTheExactOneForPrimeAndCompositeModuli)
 {
     load_from(data_directory);

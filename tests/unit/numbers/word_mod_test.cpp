@@ -203,6 +203,28 @@ TEST(WordMod, WideFieldAgreesWithPolynomialsForAllElements)
     }
 }
 
+TEST(WordMod, AnyWordStandsForTheElementOfItsLowBits)
+{
+    constexpr std::int32_t words[] = {256,     300, 65535, 65536,      65537,       70000,
+                                      1 << 24, -1,  -300,  2147483647, -2147483647, -2147483647 - 1};
+    for (int bits : {8, 16}) {
+        table_field field(bits);
+        const std::int32_t low = (1 << bits) - 1;
+        for (std::int32_t a : words) {
+            EXPECT_EQ(field_code(a), a & low);
+            for (std::int32_t b : words) {
+                EXPECT_EQ(modmult(a, b), modmult(a & low, b & low)) << a << " " << b;
+                EXPECT_EQ(mod_mult(a, b, 1 << bits), modmult(a & low, b & low)) << a << " " << b;
+            }
+            if ((a & low) == 0) continue;
+            std::int32_t inverse = -1;
+            emod_inverse(a, &inverse);
+            EXPECT_EQ(modmult(a & low, inverse), 1) << a;
+        }
+    }
+    EXPECT_EQ(field_code(-300), -300);
+}
+
 TEST(WordMod, EveryFieldElementButZeroHasItsInverse)
 {
     for (int bits : {8, 16}) {

@@ -171,6 +171,25 @@ TEST(FlatProduct, AgreesWithTheSchoolbookForStretchesOfEverySize)
     }
 }
 
+TEST(FlatProduct, RowsWithoutGapsAgreeWithTheSchoolbookHoweverTheyAreCut)
+{
+    test_random r;
+    make_field_products();
+    const with_size transforms(&transform_cut, never);
+    for (num_view v : flat_views) {
+        in_view live(v, 65521);
+        for (std::int64_t cells : {1, 2, 3, 7, 100}) {
+            const with_size least(&flat_table_least, cells), most(&flat_table_most, cells);
+            for (std::int32_t n : {1, 2, 3, 4, 5, 8, 9, 31}) {
+                poly_operand a(dense_poly(&r, 0, n)), b(dense_poly(&r, 3, 3 + 2 * n));
+                flat_text(a.p, b.p, 1);
+                flat_text(b.p, a.p, 1);
+                if (HasFailure()) FAIL() << "seed " << r.seed << " cells " << cells << " terms " << n;
+            }
+        }
+    }
+}
+
 TEST(FlatProduct, TransformsAgreeWithStretches)
 {
     test_random r;

@@ -1,5 +1,5 @@
-// Polynomials taken to another ground ring and back: values against GMP, structure byte for byte, and brackets
-// that are left by errors, panic stops and interrupts.
+// Polynomials taken to another ground ring and back: values against GMP, structure byte for byte, and
+// brackets that are left by errors, panic stops and interrupts.
 #include "poly/ring_change.h"
 #include <gtest/gtest.h>
 #include <sstream>

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include "poly/variables.h"
 #include "quoly/divide.h"
+#include "quoly/owned.h"
 #include "session/errnums.h"
-#include "session/owned.h"
 #include "tests/support/divisions.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/divisions.h"

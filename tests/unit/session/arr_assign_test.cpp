@@ -80,8 +80,8 @@ struct world {
     {
         text += s + ":\n";
     }
-    // The result of an assignment: a sparse target stays sparse, and so does a sparse value, but where a dense
-    // target has the same shape.
+    // The result of an assignment: a sparse target stays sparse, and so does a sparse value, but where a
+    // dense target has the same shape.
     void assign(int k, const matrix &v)
     {
         matrix &t = array[k];

@@ -61,7 +61,8 @@ struct body_maker {
         case 2: return below(4) ? entry() + " := 0" : "@[y]; [y] := [(1, 2, 3)]";
         case 5: {
             const std::string to = std::to_string(1 + below(3));
-            return std::string(depth > 1 ? "for i" : "for j") + " = 1 to " + to + " do " + body(depth - 1) + " od";
+            return std::string(depth > 1 ? "for i" : "for j") + " = 1 to " + to + " do " + body(depth - 1) +
+                   " od";
         }
         default: return entry() + " := (" + factor() + " + " + factor() + "*" + factor() + ")|97";
         }

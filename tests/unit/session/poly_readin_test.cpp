@@ -6,7 +6,7 @@
 #include "numbers/decimal.h"
 #include "poly/variables.h"
 #include "quoly/display.h"
-#include "session/owned.h"
+#include "quoly/owned.h"
 #include "session/pset.h"
 #include "session/report.h"
 #include "tests/support/quolys.h"

@@ -1,4 +1,7 @@
 // tests/unit/session/switches_test.cpp -- switches inside functions and files, in every ring, and the table.
+#include "gcd/polygcd.h"
+#include "poly/display.h"
+#include "poly/mul.h"
 #include "session/switches.h"
 #include <gtest/gtest.h>
 #include <algorithm>
@@ -8,12 +11,14 @@
 #include <string>
 #include "numbers/decimal.h"
 #include "numbers/random.h"
+#include "quoly/owned.h"
+#include "session/arr_access.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/files.h"
 #include "session/levels.h"
 #include "session/output.h"
-#include "session/owned.h"
+#include "session/poly_readin.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/settings.h"

@@ -2,10 +2,13 @@
 #include "storage/accounting.h"
 #include <gtest/gtest.h>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include "poly/variables.h"
 #include "quoly/quoly.h"
 #include "storage/low_memory.h"
 #include "tests/support/long_numbers.h"
+#include "tests/support/mul_operands.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -221,6 +224,24 @@ TEST(MemAvail, BudgetsBelowTenBytesAreSet)
     EXPECT_EQ(totalavailablememory, 10);
 }
 
+#ifndef KELMAR_MALLOC_RECORDS
+// A list that goes back and is made again in the same shape takes the same records, and nothing more.
+TEST(MemAvail, APolynomialThatIsFreedAndMadeAgainTakesNothing)
+{
+    const in_view live(view_float);
+    test_random r;
+    polynode *p = dense_poly(&r, 0, 2000), *again = copy_poly(p);
+    free_poly(&again);
+    const std::int64_t left = memory_left();
+    again = copy_poly(p);
+    EXPECT_EQ(memory_left(), left);
+    free_poly(&again);
+    EXPECT_EQ(memory_left(), left);
+    free_poly(&p);
+    EXPECT_EQ(memory_left(), left);
+}
+#endif
+
 // The report --------------------------------------------------------------------------------------------
 
 TEST(Garbage, EmptyListsOfNamesAreLeftOut)
@@ -266,6 +287,29 @@ TEST(Garbage, AllRowsInTheirOrder)
                                        "work arrays:     2, 4000000\n") +
                                last);
 }
+
+#ifndef KELMAR_MALLOC_RECORDS
+// The figure behind the name of a row.
+long figure(const std::string &text, const char *row)
+{
+    return std::strtol(text.c_str() + text.find(row) + std::strlen(row), nullptr, 10);
+}
+
+TEST(Garbage, AFreedPolynomialIsIdle)
+{
+    const own_lists own;
+    const in_view live(view_float);
+    register_poly_records();
+    test_random r;
+    polynode *p = dense_poly(&r, 0, 2000);
+    const std::string before = report('g');
+    free_poly(&p);
+    const std::string after = report('g');
+    EXPECT_GE(figure(after, "poly count: "), figure(before, "poly count: ") + 2000);
+    EXPECT_GE(figure(after, "total garbage: "), figure(before, "total garbage: ") + 2000 * 16);
+    EXPECT_EQ(figure(after, "system data size: "), figure(before, "system data size: "));
+}
+#endif
 
 TEST(Garbage, TheLetterGListsDigitsAndNames)
 {

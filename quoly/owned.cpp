@@ -1,5 +1,5 @@
-// session/owned.cpp -- the values that running evaluators own.
-#include "session/owned.h"
+// quoly/owned.cpp -- the values that running evaluators own.
+#include "quoly/owned.h"
 #include <cstdlib>
 #include "numbers/heap.h"
 #include "session/report.h"

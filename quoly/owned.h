@@ -1,5 +1,5 @@
 #pragma once
-// session/owned.h -- the values that running evaluators own.
+// quoly/owned.h -- the values that running evaluators own.
 //
 // An evaluator that holds a computed value across a call which may fail announces the slot here. When an
 // error abandons the statement, every announced slot is freed before the jump, so that a session may fail a
