@@ -62,17 +62,17 @@ static polynode *take_part(polynode **part)
 
 static constexpr std::int32_t lost_term_code = -31;  // tells in a report where a coefficient was lost
 
-// One step: *rest loses its lead. Return the term of the quotient; null when it vanished.
-static polynode *school_step(polynode **rest, polynode *m, const number_divisor *d, bool one_level,
-                             const pt *var)
+// One step: *rest loses its lead. *term = the term of the quotient, null when it vanished; it must stand in a
+// record, since the step may be interrupted.
+static void school_step(polynode **rest, polynode *m, const number_divisor *d, bool one_level, const pt *var,
+                        polynode **term)
 {
     const std::int32_t e = (*rest)->exp - m->exp;
-    polynode *term = take_lead(rest);
-    divide_in_place(&term, d, lost_term_code);
-    if (!term) return nullptr;
-    make_monomial(&term, e, term);
-    take_off(rest, term, m->next, one_level, var);
-    return term;
+    *term = take_lead(rest);
+    divide_in_place(term, d, lost_term_code);
+    if (!*term) return;
+    make_monomial(term, e, *term);
+    take_off(rest, *term, m->next, one_level, var);
 }
 
 [[gnu::noinline]] void school_poly_divide_of(polynode *n, polynode *m, polynode **q, polynode **r,
@@ -90,7 +90,7 @@ static polynode *school_step(polynode **rest, polynode *m, const number_divisor 
     *rest = n;
     while (*rest && (*rest)->exp >= m->exp) {
         poll_interrupt();
-        *end = school_step(rest, m, &d, one_level, var);
+        school_step(rest, m, &d, one_level, var, end);
         if (!*end) continue;
         if (q) {
             end = &(*end)->next;
