@@ -5,6 +5,7 @@
 // numbers are divided. Images are found by Horner's rule from the innermost level out, with no polynomial in
 // between.
 #include "poly/div_fast.h"
+#include <cmath>
 #include "numbers/dispatch.h"
 #include "numbers/long_div.h"
 #include "numbers/long_power.h"
@@ -115,28 +116,49 @@ static void set_wide_point(std::int32_t depth, std::int32_t i, test_point *at)
 
 // The polynomial test ------------------------------------------------------------------------------------
 
+// What the terms of a pair sum up to at a point, each taken positive: the values are right but for rounding
+// relative to this, also where terms cancel.
+struct pair_size {
+    double n, m;
+};
+
+// That sum for p, a list of `level`; the variable of level 1 stays and counts as 1.
+static double size_at(const polynode *p, std::int32_t level, const test_point *at)
+{
+    const double x = level == 1 ? 1 : at->value[level];
+    double sum = 0;
+    for (; p; p = p->next) {
+        const double coef = p->isnum ? std::fabs(p->num->real) : size_at(p->coef, level + 1, at);
+        sum += coef * std::pow(x, p->exp);
+    }
+    return sum;
+}
+
 // Does m divide n but for rounding errors; doubles, one level. A divisor whose lead is not its largest number
-// blows errors up from step to step: a remainder that this may explain says nothing.
-static test_verdict divides_within_noise(polynode *n, polynode *m)
+// blows errors up from step to step, and values that cancelled are errors themselves: a remainder that this
+// may explain says nothing.
+static test_verdict divides_within_noise(polynode *n, polynode *m, const pair_size *size)
 {
     polynode *q = nullptr, *r = nullptr;
     school_poly_divide(n, m, &q, &r, nilpol);
     const double rest = largest_magnitude(r), divisor = largest_magnitude(m);
-    double bound = float_noise * (largest_magnitude(n) + largest_magnitude(q) * divisor);
+    const double quotient = largest_magnitude(q);
+    double bound = float_noise * (largest_magnitude(n) + quotient * divisor);
     free_poly(&q);
     free_poly(&r);
     if (rest <= bound) return test_yes;
+    if (rest <= float_noise * (size->n + quotient * size->m)) return not_performed;
     const double growth = divisor / __builtin_fabs(leading_coef(m)->real);
     for (std::int32_t k = n->exp - m->exp; k >= 0 && bound < rest && growth > 1; --k) bound *= growth;
     return rest > bound ? test_no : not_performed;
 }
 
-// Does m divide n, both of one level.
-static test_verdict image_divides(polynode *n, polynode *m)
+// Does m divide n, both of one level. size: of what they are the values of, for doubles.
+static test_verdict image_divides(polynode *n, polynode *m, const pair_size *size)
 {
     if (poly_iszero(n) || is_constant(m)) return test_yes;
     if (n->exp < m->exp) return test_no;
-    if (flotemode) return divides_within_noise(n, m);
+    if (flotemode) return divides_within_noise(n, m, size);
     polynode *result = nullptr;
     bool divides;
     if (modularmode && mod_is_prime && field_depth == 0) {
@@ -183,7 +205,9 @@ static polynode *image_or_self(polynode *p, const test_point *at, polynode **roo
     pair->mdup = image_or_self(pair->m, &at, &work->parts[0]);
     if (pair->mdup->exp == pair->m->exp) {
         pair->ndup = image_or_self(pair->n, &at, &work->parts[1]);
-        if (pair->ndup->exp == pair->n->exp) verdict = image_divides(pair->ndup, pair->mdup);
+        pair_size size = {0, 0};
+        if (flotemode) size = {size_at(pair->n, 1, &at), size_at(pair->m, 1, &at)};
+        if (pair->ndup->exp == pair->n->exp) verdict = image_divides(pair->ndup, pair->mdup, &size);
     }
     pair->mdup = pair->ndup = nullptr;
     close_work(work);

@@ -134,6 +134,17 @@ TEST_F(FloatDivision, TestsAtPointsSayNoToNoProductOfDecimals)
     }
 }
 
+// The lead, -0.04 z^3 - 0.43 z^2 + 0.47 z, is a rounding error where z is 1.
+TEST_F(FloatDivision, LeadThatCancelsAtAPointSaysNothing)
+{
+    poly_operand a(poly_of_text("{0{3{#-0.04}, 2{#-0.43}, 1{#0.47}}}")),
+        b(poly_of_text("{4{#1}, 0{2{#-0.71}, #-0.87}}")), n;
+    poly_mult(a.p, b.p, &n.p, names.first());
+    for (int i = 0; i < 2000; ++i) {
+        ASSERT_EQ(trial_poly_divide_noq(n.p, b.p, names.first(), 1, 1, 0), 1) << "trial " << i;
+    }
+}
+
 TEST_F(FloatDivision, AProductAndABitMoreThanNoiseIsRefused)
 {
     poly_audit audit;
