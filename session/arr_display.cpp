@@ -1,8 +1,7 @@
 // session/arr_display.cpp -- the text of arrays.
 //
-// The width of a number is known only when it is written, so each goes to a buffer in memory first.
+// The width of a number is known only when it is written, so each goes to memory first where columns have one.
 #include "session/arr_display.h"
-#include <cstdlib>
 #include <cstring>
 #include "matrix/sparse_tests.h"
 #include "numbers/decimal.h"
@@ -14,39 +13,29 @@
 #include "session/names.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "session/scratch.h"
 #include "session/seams.h"
 
 namespace kelmar {
 
 // Entries -----------------------------------------------------------------------------------------------
 
-// default null; the text of one number; text_of; reset: never
-static char *number_text = nullptr;
-static std::size_t number_room = 0;
-
-// The text of a plain number; length filled. Lives until the next call.
-static const char *text_of(const quolynode *q, std::size_t *length)
-{
-    std::int32_t col = 0;
-    std::free(number_text);
-    number_text = nullptr;
-    std::FILE *out = open_memstream(&number_text, &number_room);
-    if (!out) return "";
-    display(out, 0, 0, q->num, &col, 0);
-    std::fclose(out);
-    *length = number_room;
-    return number_text ? number_text : "";
-}
-
 static void write_padded(std::FILE *out, const quolynode *q, const array_form *form)
 {
-    std::size_t length = 0;
-    std::int32_t code;
+    std::int32_t code, col = 0;
     if (form->as_char && num_to_int(q->num, &code)) {
         std::putc(code & 0xFF, out);
         return;
     }
-    const char *text = text_of(q, &length);
+    if (form->width == 0) {
+        display(out, 0, 0, q->num, &col, 0);
+        return;
+    }
+    std::FILE *const scratch = open_scratch();
+    if (!scratch) return;
+    display(scratch, 0, 0, q->num, &col, 0);
+    std::size_t length;
+    const char *text = scratch_text(&length);
     for (std::int32_t k = static_cast<std::int32_t>(length); k < form->width; ++k) std::putc(' ', out);
     std::fwrite(text, 1, length, out);
 }

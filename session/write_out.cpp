@@ -4,7 +4,6 @@
 // it is put together first, because blanks stand in front of it: values stand at the right of their column,
 // texts at the left.
 #include "session/write_out.h"
-#include <cstdlib>
 #include "numbers/decimal.h"
 #include "quoly/display.h"
 #include "quoly/owned.h"
@@ -16,6 +15,7 @@
 #include "session/loop.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "session/scratch.h"
 #include "session/switch_values.h"
 #include "session/texts.h"
 
@@ -76,22 +76,17 @@ bool read_item_form(input_stream **stream, name_node **cursor, item_form *form)
 
 // Items -------------------------------------------------------------------------------------------------
 
-// default null; where values are put together that need a width, its text and length; kept for the session
-static std::FILE *scratch = nullptr;
-static char *scratch_text = nullptr;
-static std::size_t scratch_length = 0;
-
 static void write_in_width(output_place *place, const value_form *form, const quolynode *q,
                            std::int32_t width)
 {
     std::int32_t col = 0;
-    if (!scratch) scratch = open_memstream(&scratch_text, &scratch_length);
+    std::FILE *const scratch = open_scratch();
     if (!scratch) return;
-    std::rewind(scratch);
     quoly_display(scratch, form, q, &col);
-    std::fflush(scratch);
-    put_blanks(place, std::int64_t{width} - static_cast<std::int64_t>(scratch_length));
-    put_text(place, scratch_text, scratch_length);
+    std::size_t length;
+    const char *text = scratch_text(&length);
+    put_blanks(place, std::int64_t{width} - static_cast<std::int64_t>(length));
+    put_text(place, text, length);
 }
 
 static void write_value(output_place *place, const item_form *form, const quolynode *q)
