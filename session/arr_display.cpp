@@ -1,6 +1,6 @@
 // session/arr_display.cpp -- the text of arrays.
 //
-// The width of a number is known only when it is written, so each goes to memory first where columns have one.
+// The width of a number is known only when it is written, so where columns have one it goes to memory first.
 #include "session/arr_display.h"
 #include <cstring>
 #include "matrix/sparse_tests.h"
