@@ -27,7 +27,7 @@
 
 namespace kelmar {
 
-enum sequence_part { part_u, part_v, part_r, part_g, part_h, part_t, part_pp };
+enum own_part { part_pp = part_own };
 
 // Giving up ----------------------------------------------------------------------------------------------
 
@@ -144,19 +144,6 @@ static int advance_h(sequence *s, std::int32_t delta)
     return !fail;
 }
 
-// u, v = v, r; g = the leading coefficient of the new u.
-static void advance_pair(sequence *s)
-{
-    polynode **u = part_of(s, part_u), **v = part_of(s, part_v), **r = part_of(s, part_r);
-    free_poly(u);
-    *u = *v;
-    *v = *r;
-    *r = nullptr;
-    s->u = s->v;
-    s->v = *v;
-    poly_assign(s->u->coef, part_of(s, part_g));
-}
-
 enum sequence_end { go_on, found_v, found_one, found_in_r };
 
 // One division of the sequence.
@@ -174,8 +161,7 @@ static sequence_end sequence_step(sequence *s)
 
 static sequence_end run_sequence(sequence *s)
 {
-    poly_set(1, part_of(s, part_g));
-    poly_set(1, part_of(s, part_h));
+    begin_sequence(s);
     for (;;) {
         poll_interrupt();
         if (is_constant(s->v)) {

@@ -6,7 +6,9 @@
 // that does not divide as the theory wants it is past saving: the answer is 1, a common divisor always.
 #include "gcd/algorithm_c_float.h"
 #include "gcd/content.h"
+#include "gcd/float_cofactor.h"
 #include "gcd/float_gcd.h"
+#include "gcd/float_quotient.h"
 #include "gcd/sequence.h"
 #include "numbers/dispatch.h"
 #include "poly/div_exact.h"
@@ -20,7 +22,7 @@
 
 namespace kelmar {
 
-enum float_part { part_u, part_v, part_q, part_r, part_g, part_h, part_t, part_core };
+enum float_part { part_q = part_own, part_core };
 
 // *r = what is left of u on division by v, without noise. Return 1 when that is nothing.
 static int noiseless_remainder(sequence *s)
@@ -87,23 +89,10 @@ static int advance_h(sequence *s, std::int32_t delta)
     return make_monic(h);
 }
 
-static void advance_pair(sequence *s)
-{
-    polynode **u = part_of(s, part_u), **v = part_of(s, part_v), **r = part_of(s, part_r);
-    free_poly(u);
-    *u = *v;
-    *v = *r;
-    *r = nullptr;
-    s->u = s->v;
-    s->v = *v;
-    poly_assign(s->u->coef, part_of(s, part_g));
-}
-
 // Run the sequence. 1: v is the gcd, but for its content.
 static int run_sequence(sequence *s)
 {
-    poly_set(1, part_of(s, part_g));
-    poly_set(1, part_of(s, part_h));
+    begin_sequence(s);
     for (;;) {
         poll_interrupt();
         const std::int32_t delta = s->u->exp - s->v->exp;
@@ -115,6 +104,16 @@ static int run_sequence(sequence *s)
     }
 }
 
+// The same as divides_within_noise, by values: the check is made there.
+static bool accepts_float_quotient(sequence *s, polynode *p, polynode *g)
+{
+    polynode **q = part_of(s, part_q);
+    *q = float_quotient(p, g, s->names);
+    const bool divides = *q != nullptr;
+    free_poly(q);
+    return divides;
+}
+
 // Is p = q g but for noise, for some q?
 static bool divides_within_noise(sequence *s, polynode *p, polynode *g)
 {
@@ -122,7 +121,7 @@ static bool divides_within_noise(sequence *s, polynode *p, polynode *g)
     free_poly(q);
     free_poly(r);
     *q = exact_quotient(p, g, s->names);
-    if (!*q) return false;
+    if (!*q) return accepts_float_quotient(s, p, g);
     double met = largest_magnitude(*q) * largest_magnitude(g);
     const double dividend = largest_magnitude(p);
     if (!(met > dividend)) met = dividend;
@@ -147,6 +146,27 @@ static int verified_gcd(sequence *s, polynode *a, polynode *b)
            divides_within_noise(s, b, *core);
 }
 
+// *core = the gcd as the values of a and b tell it. 0: they tell nothing.
+static int gcd_of_values(sequence *s, polynode *a, polynode *b)
+{
+    polynode **core = part_of(s, part_core), **c = part_of(s, part_t), **q = part_of(s, part_q);
+    free_poly(core);
+    *q = float_quotient(a, b, s->names);
+    if (*q) {
+        free_poly(q);
+        *core = copy_poly(b);
+        return make_monic(core);
+    }
+    free_poly(c);
+    *c = float_cofactor(a, b);
+    if (!*c) return 0;
+    *core = exact_quotient(b, *c, s->names);
+    if (!*core) *core = float_quotient(b, *c, s->names);
+    free_poly(c);
+    return *core && (*core)->exp > 0 && make_monic(core) && accepts_float_quotient(s, a, *core) &&
+           accepts_float_quotient(s, b, *core);
+}
+
 [[gnu::noinline]] static void run_monic(sequence *s, polynode *a, polynode *b, polynode **result)
 {
     poly_assign(a, part_of(s, part_u));
@@ -155,7 +175,7 @@ static int verified_gcd(sequence *s, polynode *a, polynode *b)
     s->u = *part_of(s, part_u);
     s->v = *part_of(s, part_v);
     polynode **core = part_of(s, part_core);
-    found = found && run_sequence(s) && verified_gcd(s, a, b);
+    found = found && ((run_sequence(s) && verified_gcd(s, a, b)) || gcd_of_values(s, a, b));
     if (found) {
         *result = *core;
         *core = nullptr;

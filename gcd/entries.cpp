@@ -4,6 +4,7 @@
 // exponents from 0 on. The caller's polynomials are not shifted while the gcd runs, for it may be left by a
 // jump: a copy is.
 #include "gcd/entries.h"
+#include "gcd/balance.h"
 #include "gcd/polygcd.h"
 #include "numbers/dispatch.h"
 #include "poly/laurent.h"
@@ -18,6 +19,35 @@ static void new_problem(polynode *a, polynode *b, polynode **result, pt *names, 
     alg_c_count = 0;
     original_depth = 1;
     polygcd(a, b, result, 0, 1, 1, names, a_is_ours, b_is_ours, 1);
+}
+
+// The gcd of doubles, in variables that have been stretched.
+[[gnu::noinline]] static void balanced_problem(polynode *a, polynode *b, polynode **result, const balance *s,
+                                               pt *names)
+{
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const scaled = work->parts;
+    scaled[0] = copy_poly(a);
+    scaled[1] = copy_poly(b);
+    scale_variables(scaled[0], s, 1, 0);
+    scale_variables(scaled[1], s, 1, 0);
+    new_problem(scaled[0], scaled[1], &scaled[2], names, 0, 0);
+    scale_variables(scaled[2], s, -1, leading_shift(scaled[2], s));
+    polynode *g = scaled[2];
+    scaled[2] = nullptr;
+    close_work(work);
+    free_poly(result);
+    *result = g;
+}
+
+static void plain_problem(polynode *a, polynode *b, polynode **result, pt *names)
+{
+    balance s;
+    if (flotemode && a != b && find_balance(a, b, &s)) {
+        balanced_problem(a, b, result, &s, names);
+    } else {
+        new_problem(a, b, result, names, 1, 1);
+    }
 }
 
 // Return p, or a copy free of negative exponents in *part.
@@ -42,7 +72,7 @@ static polynode *shifted(polynode *p, polynode **part, const pt *names)
 void Lpolygcd(polynode **a, polynode **b, polynode **result, std::int32_t also_b, pt *names)
 {
     if (!laurent || (!also_b && !has_negative_exponents(*a))) {
-        new_problem(*a, *b, result, names, 1, 1);
+        plain_problem(*a, *b, result, names);
     } else {
         laurent_problem(*a, *b, result, names);
     }

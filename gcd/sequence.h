@@ -14,10 +14,18 @@ struct sequence {
     const retry_flags *flags;
 };
 
-// The part k of the work; each method numbers its own.
+// The parts that every sequence has; each method numbers its own from part_own on.
+enum sequence_part { part_u, part_v, part_r, part_g, part_h, part_t, part_own };
+
 inline polynode **part_of(sequence *s, int k)
 {
     return &s->work->parts[k];
 }
+
+// g = h = 1.
+void begin_sequence(sequence *s);
+
+// u, v = v, r; g = the leading coefficient of the new u. The part r becomes null.
+void advance_pair(sequence *s);
 
 }  // namespace kelmar

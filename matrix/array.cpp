@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include "numbers/heap.h"
+#include "matrix/pins.h"
 #include "matrix/sparse.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/store.h"
@@ -47,7 +48,7 @@ array *find_array(const array_name *name)
     return nullptr;
 }
 
-array *array_of_stamp(std::int32_t stamp)
+array *array_of_stamp(std::int64_t stamp)
 {
     if (stamp < 0) stamp = -stamp;
     for (array *a = newest_array; a; a = a->older) {
@@ -207,7 +208,7 @@ static void move_entry(quolynode **slot, std::int32_t col, colm ***tail)
 {
     if (!*slot) return;
     if (quoly_iszero(*slot)) {
-        free_quoly(slot);
+        retire_value(slot);
         return;
     }
     colm *node = newcolm(col, *slot);

@@ -28,7 +28,7 @@ struct array {
     std::int32_t arr_cols;     // at least 1
     sparse_frame *arr_sparse;  // the first frame; null for an ordinary array
     std::int32_t arr_onedim;   // declared with one coordinate: it has one column
-    std::int32_t arr_time;     // stamp; a parameter has the negated stamp of its array
+    std::int64_t arr_time;     // stamp; a parameter has the negated stamp of its array
     array *arr_next;           // in the bucket; free list
     array *arr_origin;         // of a parameter: the array that was passed
     array *older, *younger;    // by age; of a parameter: older is the parameter bound before it
@@ -43,8 +43,9 @@ inline array *oldest_array = nullptr;
 inline array *newest_array = nullptr;
 // default null; array parameters of active calls, newest first; push_array_param; reset: unwind
 inline array *array_params = nullptr;
-// default 0; stamp of the newest array; newarray; reset: never
-inline std::int32_t array_time = 0;
+// default 0; stamp of the newest array; 64 bits, since each array expression takes one; link_array,
+// fill_syst_array; reset: never
+inline std::int64_t array_time = 0;
 
 // default 0; counts the events that can make the address of an entry stale; reset: never
 inline std::uint32_t array_moves = 0;
@@ -72,7 +73,7 @@ void quick_sparse_create(sparse_frame *frames, const array_name *name, std::int3
 array *find_array(const array_name *name);
 
 // The array of that stamp, or null; a parameter's stamp gives the array it stands for. Cost: a walk over all.
-array *array_of_stamp(std::int32_t stamp);
+array *array_of_stamp(std::int64_t stamp);
 
 inline bool is_array_parameter(const array *a)
 {

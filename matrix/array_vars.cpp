@@ -3,6 +3,7 @@
 // A chain of frames may be shared by an array and its parameters; the mark of the first frame has it visited
 // once. Parameters share the slots of ordinary arrays too, and slots are walked by themselves.
 #include "matrix/array_vars.h"
+#include "matrix/array_rings.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/store.h"
 #include "poly/attach.h"
@@ -63,6 +64,20 @@ void redo_sparses()
     for_each_chain(wrap_chain);
 }
 
+// default null; the reduction by a relation; sparse_update
+static void (*reduction)(quolynode **value) = nullptr;
+
+static void reduce_chain(sparse_frame *frames, std::int32_t rows)
+{
+    change_entries(frames, rows, reduction);
+}
+
+void sparse_update(void (*reduce)(quolynode **value))
+{
+    reduction = reduce;
+    for_each_chain(reduce_chain);
+}
+
 // default 0; the level that goes; sparse_down
 static std::int32_t going = 0;
 
@@ -89,6 +104,11 @@ void sparse_down(std::int32_t level)
 void redo_dense()
 {
     for (std::int32_t s = 0; s <= endarr; ++s) wrap_entry(store_slot(s));
+}
+
+void dense_update(void (*reduce)(quolynode **value))
+{
+    change_arrays(reduce);
 }
 
 void dense_down(std::int32_t level)

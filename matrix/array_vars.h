@@ -1,5 +1,5 @@
 #pragma once
-// matrix/array_vars.h -- the entries of all arrays follow when a polynomial variable comes or goes.
+// matrix/array_vars.h -- the entries of all arrays follow when a polynomial variable comes, goes, or is bound.
 
 #include "matrix/sparse.h"
 
@@ -11,6 +11,11 @@ void wrap_entry(quolynode **value);
 // Wrap each entry of every array: a variable was adjoined as level 1.
 void redo_sparses();
 void redo_dense();
+
+// Reduce each entry by `reduce`: a variable has got a relation, by which its high powers go. Sparse arrays, and
+// ordinary ones. Entries of sparse arrays that become zero go; an entry that it leaves null becomes 0.
+void sparse_update(void (*reduce)(quolynode **value));
+void dense_update(void (*reduce)(quolynode **value));
 
 // Set the variable of the level to 1 in each entry, and take that level away. An entry whose denominator
 // vanishes becomes 1, with a report of the first 40. Entries of sparse arrays that become zero go.

@@ -50,7 +50,7 @@ struct residue_ring {
     typedef std::uint64_t item;
     static std::uint64_t of(const quolynode *q)
     {
-        return q ? static_cast<std::uint32_t>(q->num->word) : 0;
+        return q ? static_cast<std::uint32_t>(to_residue(q->num->word)) : 0;
     }
     static void store(number *n, std::uint64_t v)
     {

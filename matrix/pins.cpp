@@ -46,6 +46,15 @@ void retire_pinned(quolynode *q)
     keep(kept_value, q);
 }
 
+void unshare_pinned(quolynode **slot)
+{
+    quolynode *copy = nullptr;
+    if (!*slot) return;
+    quoly_assign(*slot, &copy);
+    retire_pinned(*slot);
+    *slot = copy;
+}
+
 void retire_node(colm *node)
 {
     keep(kept_node, node);

@@ -31,6 +31,15 @@ inline void retire_value(quolynode **q)
     }
 }
 
+// *slot, a place of storage, is about to be changed in place. While a computation waits it gets a copy of its
+// value first, and the value is set aside.
+void unshare_pinned(quolynode **slot);
+
+inline void unshare(quolynode **slot)
+{
+    if (__builtin_expect(values_pinned > 0, 0)) unshare_pinned(slot);
+}
+
 // An interrupted computation begins to wait, and goes on.
 inline void pin_values()
 {

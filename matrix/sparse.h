@@ -129,11 +129,11 @@ void sparse_qq_set(std::int32_t row, sparse_frame **frame, quolynode ***q);
 
 // An entry, by which it is found again.
 struct entry_ref {
-    std::int32_t array_time;  // of its array or parameter; 0: no entry
-    std::uint32_t moves;      // array_moves when it was found
+    std::int64_t array_time;  // of its array or parameter; 0: no entry
     std::int64_t position;    // in storage order, from 0
     colm **row;               // as in entry_place, while nothing has moved
     std::int32_t col;
+    std::uint32_t moves;  // array_moves when it was found
 };
 
 // The place of the entry now. Declines (0) when its array is gone, or has no such position any more.

@@ -203,6 +203,18 @@ void move_data_outof_quoly(sparse_frame *frames, std::int32_t rows)
 
 // Filling -----------------------------------------------------------------------------------------------
 
+// A node for the value in *slot, which is taken or copied; null for zero, which is released when it is taken.
+static colm *node_of(std::int32_t col, quolynode **slot, bool steal)
+{
+    if (quoly_iszero(*slot)) {
+        if (steal) free_quoly(slot);
+        return nullptr;
+    }
+    colm *node = newcolm(col, steal ? *slot : copy_of(*slot));
+    if (steal) *slot = nullptr;
+    return node;
+}
+
 void standard_to_sparse(array *a, quolynode **data, std::int32_t cols, bool steal)
 {
     free_sparse_data(a->arr_sparse, a->arr_rows);
@@ -210,14 +222,10 @@ void standard_to_sparse(array *a, quolynode **data, std::int32_t cols, bool stea
     while (colm **tail = next_row(&w)) {
         quolynode **slot = data + (w.row - 1);
         for (std::int32_t col = 1; col <= cols; ++col, slot += a->arr_rows) {
-            if (!*slot) continue;
-            if (!quoly_iszero(*slot)) {
-                *tail = newcolm(col, steal ? *slot : copy_of(*slot));
-                if (steal) *slot = nullptr;
-                tail = &(*tail)->next;
-            } else if (steal) {
-                free_quoly(slot);
-            }
+            colm *node = *slot ? node_of(col, slot, steal) : nullptr;
+            if (!node) continue;
+            *tail = node;
+            tail = &node->next;
         }
     }
 }

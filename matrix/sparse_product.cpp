@@ -203,6 +203,25 @@ static void fill_zeros(quolynode **out, std::int64_t count)
     }
 }
 
+// Add x times a row of b to a row of the product. A row's entries stand a stride apart.
+static void add_row_multiple(const quolynode *x, quolynode *const *b, std::int32_t stride_b, quolynode **out,
+                             std::int32_t stride_out, std::int32_t cols)
+{
+    for (std::int32_t col = 0; col < cols; ++col) {
+        const quolynode *y = b[std::int64_t{col} * stride_b];
+        if (!is_zero_entry(y)) add_product(x, y, &out[std::int64_t{col} * stride_out]);
+    }
+}
+
+// Add a column times y to a column of the product.
+static void add_column_multiple(quolynode *const *column, const quolynode *y, quolynode **out,
+                                std::int32_t rows)
+{
+    for (std::int32_t row = 0; row < rows; ++row) {
+        if (!is_zero_entry(column[row])) add_product(column[row], y, &out[row]);
+    }
+}
+
 void mult_sparse_norm(const sparse_frame *a, quolynode *const *b, quolynode **out, std::int32_t rows,
                       std::int32_t inner, std::int32_t cols)
 {
@@ -210,10 +229,7 @@ void mult_sparse_norm(const sparse_frame *a, quolynode *const *b, quolynode **ou
     while (colm **head = next_row(&w)) {
         poll_interrupt();
         for (const colm *node = *head; node; node = node->next) {
-            for (std::int32_t col = 0; col < cols; ++col) {
-                const quolynode *y = b[node->coord - 1 + std::int64_t{col} * inner];
-                if (!is_zero_entry(y)) add_product(node->val, y, &out[w.row - 1 + std::int64_t{col} * rows]);
-            }
+            add_row_multiple(node->val, b + (node->coord - 1), inner, out + (w.row - 1), rows, cols);
         }
     }
     fill_zeros(out, std::int64_t{rows} * cols);
@@ -227,10 +243,7 @@ void mult_norm_sparse(quolynode *const *a, const sparse_frame *b, quolynode **ou
         poll_interrupt();
         quolynode *const *column = a + std::int64_t{w.row - 1} * rows;
         for (const colm *node = *head; node; node = node->next) {
-            quolynode **target = out + std::int64_t{node->coord - 1} * rows;
-            for (std::int32_t row = 0; row < rows; ++row) {
-                if (!is_zero_entry(column[row])) add_product(column[row], node->val, &target[row]);
-            }
+            add_column_multiple(column, node->val, out + std::int64_t{node->coord - 1} * rows, rows);
         }
     }
     fill_zeros(out, std::int64_t{rows} * cols);

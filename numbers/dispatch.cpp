@@ -47,7 +47,7 @@ static std::int32_t residue_quot(std::int32_t a, std::int32_t b)
 {
     std::int32_t inverse = 0;
     emod_inverse(b, &inverse);
-    return modmult(a, inverse);
+    return modmult(to_residue(a), inverse);
 }
 
 // Digits ------------------------------------------------------------------------------------------------
@@ -175,7 +175,7 @@ void num_add(const number *a, const number *b, number *c)
     switch (live_view()) {
     case view_float: c->real = a->real + b->real; return;
     case view_field:
-    case view_modular: c->word = mod_add(a->word, b->word, modulus); return;
+    case view_modular: c->word = mod_add(to_residue(a->word), to_residue(b->word), modulus); return;
     case view_word: c->word = wrap(bits(a->word) + bits(b->word)); return;
     case view_small: set_small(wrap(bits(a->head->digit) + bits(b->head->digit)), c); return;
     case view_digits: long_sum(a, b, c); return;
@@ -187,7 +187,7 @@ void num_sub(const number *a, const number *b, number *c)
     switch (live_view()) {
     case view_float: c->real = a->real - b->real; return;
     case view_field:
-    case view_modular: c->word = mod_sub(a->word, b->word, modulus); return;
+    case view_modular: c->word = mod_sub(to_residue(a->word), to_residue(b->word), modulus); return;
     case view_word: c->word = wrap(bits(a->word) - bits(b->word)); return;
     case view_small: set_small(wrap(bits(a->head->digit) - bits(b->head->digit)), c); return;
     case view_digits: sub(a, b, c); return;
@@ -199,7 +199,7 @@ void num_mul(number *a, number *b, number *c)
     switch (live_view()) {
     case view_float: c->real = a->real * b->real; return;
     case view_field: c->word = field_mult(a->word, b->word); return;
-    case view_modular: c->word = nmodmult(a->word, b->word); return;
+    case view_modular: c->word = nmodmult(to_residue(a->word), to_residue(b->word)); return;
     case view_word: c->word = wrap(bits(a->word) * bits(b->word)); return;
     case view_small: set_small(wrap(bits(a->head->digit) * bits(b->head->digit)), c); return;
     case view_digits: fast_mult(a, b, c); return;
@@ -208,9 +208,15 @@ void num_mul(number *a, number *b, number *c)
 
 // Quotients ---------------------------------------------------------------------------------------------
 
+// The divisor is zero, as a residue if it is a count.
+static bool divides_nothing(const number *b)
+{
+    return modularmode ? to_residue(b->word) == 0 : iszero(b);
+}
+
 void quot(number *a, number *b, number *c)
 {
-    if (iszero(b)) {
+    if (divides_nothing(b)) {
         error(err_zero_divisor, "/");
         if (exact_integers()) {
             setvalue(1, c);
@@ -231,7 +237,7 @@ void quot(number *a, number *b, number *c)
 
 void mod_or_div(number *a, number *b, number *c, char op)
 {
-    if (iszero(b)) {
+    if (divides_nothing(b)) {
         error(err_zero_divisor, "/");
         setvalue(1, c);
         return;

@@ -287,7 +287,7 @@ void sub(const number *a, const number *b, number *c)
     switch (live_view()) {
     case view_float: c->real = a->real - b->real; return;
     case view_field:
-    case view_modular: c->word = mod_sub(a->word, b->word, modulus); return;
+    case view_modular: c->word = mod_sub(to_residue(a->word), to_residue(b->word), modulus); return;
     case view_word: c->word = wrapped(static_cast<std::int64_t>(a->word) - b->word); return;
     case view_small:
     case view_digits:

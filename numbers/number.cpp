@@ -3,6 +3,7 @@
 // Every routine that makes a chain builds it apart and gives it to the result in the last step, so that the
 // result may be the operand. Chains are built from the head by a pointer to the place of the next node.
 #include "numbers/number.h"
+#include "numbers/word_mod.h"
 
 namespace kelmar {
 
@@ -155,7 +156,8 @@ void faster_num_assign(const numnode *head, std::int32_t size, number **n)
 // -v modulo the global modulus; 0 stays 0.
 static std::int32_t negated_residue(std::int32_t v)
 {
-    return v == 0 ? 0 : modulus - v;
+    const std::int32_t residue = to_residue(v);
+    return residue == 0 ? 0 : modulus - residue;
 }
 
 // -v, wrapping.
@@ -168,7 +170,7 @@ void makeneg(const number *a, number *b)
 {
     switch (live_view()) {
     case view_float: b->real = 0.0 - a->real; return;  // not -x: that would make -0.0
-    case view_field: b->word = a->word; return;
+    case view_field: b->word = to_residue(a->word); return;
     case view_modular: b->word = negated_residue(a->word); return;
     case view_word: b->word = negated_word(a->word); return;
     case view_small:
@@ -180,7 +182,7 @@ void in_place_neg(number *a)
 {
     switch (live_view()) {
     case view_float: a->real = 0.0 - a->real; return;
-    case view_field: return;
+    case view_field: a->word = to_residue(a->word); return;
     case view_modular: a->word = negated_residue(a->word); return;
     case view_word: a->word = negated_word(a->word); return;
     case view_small:

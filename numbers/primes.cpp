@@ -1,8 +1,8 @@
 // numbers/primes.cpp -- trial division on the wheel of 6.
 //
 // After 2 and 3 only divisors of the form 6k - 1 and 6k + 1 are tried: from 5, in steps 2 and 4 by turns.
-// Values of up to 64 bits are first put to a strong pseudoprime test that is exact in that range, so that
-// only composite ones, which have a divisor, are divided to the end.
+// Values of up to 64 bits are divided up to a bound only. Beyond it a strong pseudoprime test that is exact
+// in that range tells primes, and Pollard's iteration splits the others.
 #include "numbers/primes.h"
 
 #include <cmath>
@@ -56,10 +56,10 @@ static std::uint32_t magnitude(std::int32_t n)
     return n < 0 ? 0u - static_cast<std::uint32_t>(n) : static_cast<std::uint32_t>(n);
 }
 
-// The smallest prime divisor of n that is >= 5, for n that 2 and 3 do not divide; 1 when n is prime (or 1).
-template <class W> static W divisor_on_wheel(W n)
+// The smallest prime divisor of n from 5 up to `last`, or just above it, for n that 2 and 3 do not divide; 1
+// when there is none.
+template <class W> static W divisor_on_wheel(W n, W last)
 {
-    const W last = static_cast<W>(std::sqrt(static_cast<long double>(n)));
     for (W d = 5; d <= last; d += 6) {
         if (n % d == 0) return d;
         if (n % (d + 2) == 0) return d + 2;
@@ -73,7 +73,8 @@ std::int32_t long_is_prime(std::int32_t n)
     if (m == 2 || m == 3) return 1;
     if (m % 2 == 0) return 2;
     if (m % 3 == 0) return 3;
-    return static_cast<std::int32_t>(divisor_on_wheel(m));
+    const double root = std::sqrt(static_cast<double>(m));
+    return static_cast<std::int32_t>(divisor_on_wheel(m, static_cast<std::uint32_t>(root)));
 }
 
 bool is_prime(std::int32_t n)
@@ -113,6 +114,72 @@ static bool is_prime64(std::uint64_t n)
     return true;
 }
 
+static std::uint64_t gcd64(std::uint64_t a, std::uint64_t b)
+{
+    while (b) {
+        const std::uint64_t rest = a % b;
+        a = b;
+        b = rest;
+    }
+    return a;
+}
+
+// A slow and a fast walker on the sequence x^2 + c modulo n.
+struct walkers {
+    std::uint64_t slow, fast, c;
+};
+
+static std::uint64_t next_place(std::uint64_t x, std::uint64_t c, std::uint64_t n)
+{
+    return static_cast<std::uint64_t>((static_cast<unsigned __int128>(x) * x + c) % n);
+}
+
+// Walk that many steps. Return the gcd of n and the product of the distances.
+static std::uint64_t walk(walkers *w, int steps, std::uint64_t n)
+{
+    std::uint64_t product = 1;
+    for (; steps > 0; --steps) {
+        w->slow = next_place(w->slow, w->c, n);
+        w->fast = next_place(next_place(w->fast, w->c, n), w->c, n);
+        product = mult64(product, w->slow > w->fast ? w->slow - w->fast : w->fast - w->slow, n);
+    }
+    return gcd64(n, product);
+}
+
+static constexpr int walk_steps = 128;  // between two gcds
+
+// A proper divisor of the composite n; where all factors are met in one walk it is taken step by step, and
+// where they are met in one step the next sequence serves.
+static std::uint64_t split(std::uint64_t n)
+{
+    for (std::uint64_t c = 1;; ++c) {
+        walkers w = {2, 2, c};
+        walkers before = w;
+        std::uint64_t g = walk(&w, walk_steps, n);
+        while (g == 1) {
+            before = w;
+            g = walk(&w, walk_steps, n);
+        }
+        if (g == n) {
+            do g = walk(&before, 1, n);
+            while (g == 1);
+        }
+        if (g != n) return g;
+    }
+}
+
+// The smallest prime divisor of n, which has none of 16 bits, and so at most three.
+static std::uint64_t smallest_divisor(std::uint64_t n)
+{
+    if (is_prime64(n)) return n;
+    const std::uint64_t d = split(n);
+    const std::uint64_t a = smallest_divisor(d);
+    const std::uint64_t b = smallest_divisor(n / d);
+    return a < b ? a : b;
+}
+
+static constexpr std::uint64_t wheel_end = 65536;  // smaller divisors of long values are tried
+
 std::int64_t longg_is_prime(std::int32_t hi, std::int32_t mid, std::int32_t lo)
 {
     const std::uint64_t n = (static_cast<std::uint64_t>(hi) << 56) + (static_cast<std::uint64_t>(mid) << 28) +
@@ -120,8 +187,10 @@ std::int64_t longg_is_prime(std::int32_t hi, std::int32_t mid, std::int32_t lo)
     if (n <= 0x7fffffff) return long_is_prime(static_cast<std::int32_t>(n));
     if (n % 2 == 0) return 2;
     if (n % 3 == 0) return 3;
-    if (is_prime64(n)) return 1;
-    return static_cast<std::int64_t>(divisor_on_wheel(n));
+    const std::uint64_t small = divisor_on_wheel(n, wheel_end);
+    if (small > 1) return static_cast<std::int64_t>(small);
+    const std::uint64_t divisor = smallest_divisor(n);
+    return divisor == n ? 1 : static_cast<std::int64_t>(divisor);
 }
 
 std::int32_t nextprime(std::int32_t n)

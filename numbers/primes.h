@@ -1,8 +1,9 @@
 #pragma once
 // numbers/primes.h -- primes and factors of words, and the choice of a prime from a table.
 //
-// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides. 1 counts as
-// prime: it passes every test, and the language shows it so. The sign of a word is not looked at.
+// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides; longer values are
+// split. 1 counts as prime: it passes every test, and the language shows it so. The sign of a word is not
+// looked at.
 
 #include <cstdint>
 #include <type_traits>
@@ -30,7 +31,7 @@ bool is_prime(std::int32_t n);
 std::int32_t long_is_prime(std::int32_t n);
 
 // The same for hi 2^56 + mid 2^28 + lo, digits >= 0, below 2^64 in all.
-// Cost: a prime is told in microseconds; a product of two primes of 32 bits takes seconds.
+// Cost: a prime is told in a tenth of a millisecond; a product of two primes of 32 bits in some milliseconds.
 std::int64_t longg_is_prime(std::int32_t hi, std::int32_t mid, std::int32_t lo);
 
 // Return the least prime above the odd n. n < 2 gives n + 2, tested or not.

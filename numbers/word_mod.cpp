@@ -36,6 +36,13 @@ std::int32_t spec_modmult(std::int32_t a, std::int32_t b)
     return product_mod(a, b, modulus - 1, smallmodulus != 0);
 }
 
+std::int32_t residue_of_count(std::int32_t w)
+{
+    if (finf) return field_code(w < 0 ? 0 - w : w);
+    const std::int32_t r = w % modulus;
+    return r < 0 ? r + modulus : r;
+}
+
 std::int32_t spec_mod_add(std::int32_t a, std::int32_t b, std::int32_t m)
 {
     std::int32_t addend = b;

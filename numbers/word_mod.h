@@ -9,14 +9,30 @@
 // residue without inverse gets: mod_inverse is for code that knows better, so it is an internal fault; the
 // other two answer for what a user typed, so it is an error.
 //
-// A count (a degree, a loop counter) stands unreduced in its word, so that it is shown and compared as it is.
-// Products and inverses take any word: modulo a number `%` sees to that, in a table field the low bits count.
+// A count (a degree, a loop counter) stands unreduced in its word, so that it is shown and compared, and used
+// as an exponent or a bound, as it is. Where it takes part in arithmetic, as a number or in a polynomial,
+// to_residue comes first; in a table field the low bits count.
 
 #include <cstdint>
 #include "numbers/fields.h"
 #include "numbers/mode.h"
 
 namespace kelmar {
+
+// The word is a residue of the present ring.
+inline bool is_residue(std::int32_t w)
+{
+    return static_cast<std::uint32_t>(w) < static_cast<std::uint32_t>(modulus);
+}
+
+// The residue that the word, which is none, stands for.
+std::int32_t residue_of_count(std::int32_t w);
+
+// The residue that any word stands for.
+inline std::int32_t to_residue(std::int32_t w)
+{
+    return __builtin_expect(is_residue(w), 1) ? w : residue_of_count(w);
+}
 
 // a + b in the ring of modulus m, both residues.
 inline std::int32_t mod_add(std::int32_t a, std::int32_t b, std::int32_t m)

@@ -215,6 +215,17 @@ static inline void drop_term(polynode *t)
     give_node(t);
 }
 
+// Add to the term, or subtract from it, another one of its exp, which is consumed. Return whether anything is
+// left; else the term is consumed too.
+template <num_view V, sum_sign S> static inline bool absorb_term(polynode *term, polynode *other)
+{
+    absorb_word<V, S>(term_number(term), term_number(other));
+    drop_term(other);
+    if (!word_iszero<V>(term_number(term))) return true;
+    drop_term(term);
+    return false;
+}
+
 // The sum of two lists of one level. A list of one zero is empty here: it is dropped first.
 template <num_view V, sum_sign S> static polynode *add_one_level(polynode *a, polynode *b)
 {
@@ -226,19 +237,13 @@ template <num_view V, sum_sign S> static polynode *add_one_level(polynode *a, po
             term = b;
             b = b->next;
             if (S == minus) in_place_neg(term_number(term));
-        } else {
-            const bool both = a->exp == b->exp;
+        } else if (a->exp > b->exp) {
             a = a->next;
-            if (both) {
-                polynode *other = b;
-                b = b->next;
-                absorb_word<V, S>(term_number(term), term_number(other));
-                drop_term(other);
-                if (word_iszero<V>(term_number(term))) {
-                    drop_term(term);
-                    continue;
-                }
-            }
+        } else {
+            polynode *other = b;
+            a = a->next;
+            b = b->next;
+            if (!absorb_term<V, S>(term, other)) continue;
         }
         *end = term;
         end = &term->next;

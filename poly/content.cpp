@@ -68,10 +68,4 @@ void gcd_coefs(const polynode *p, polynode **c)
     *c = new_constant(g);
 }
 
-void take_content_out(polynode **p, number *g)
-{
-    find_gcdcoefs(*p, g);
-    if (!num_isone(g)) num_poly_quot(p, g);
-}
-
 }  // namespace kelmar

@@ -14,8 +14,4 @@ void find_gcdcoefs(const polynode *p, number *g);
 // *c = the same as a constant. *c replaced, may be p.
 void gcd_coefs(const polynode *p, polynode **c);
 
-// *p = *p / its content, in place; *g = the content. Where it is 1 nothing is written but *g, which is
-// replaced.
-void take_content_out(polynode **p, number *g);
-
 }  // namespace kelmar

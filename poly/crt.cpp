@@ -5,39 +5,13 @@
 // what has become zero, with the wrappers that are then in the way; what it does to a number is a row of its
 // caller.
 #include "poly/crt.h"
-#include <cstdlib>
 #include "numbers/dispatch.h"
 #include "numbers/long_add.h"
 #include "numbers/long_div.h"
 #include "numbers/word_mod.h"
 #include "poly/add.h"
-#include "storage/low_memory.h"
 
 namespace kelmar {
-
-// Lists of polynomials --------------------------------------------------------------------------------------
-
-void push_poly(polynode *p, poly_item **list)
-{
-    void *fresh = std::malloc(sizeof(poly_item));
-    while (!fresh) {
-        mem_error();
-        fresh = std::malloc(sizeof(poly_item));
-    }
-    poly_item *item = static_cast<poly_item *>(fresh);
-    *item = {p, *list};
-    *list = item;
-}
-
-void free_polys(poly_item **list)
-{
-    while (*list) {
-        poly_item *item = *list;
-        *list = item->next;
-        free_poly(&item->poly);
-        std::free(item);
-    }
-}
 
 // All numbers of a polynomial -------------------------------------------------------------------------------
 

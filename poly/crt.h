@@ -19,9 +19,6 @@ struct poly_item {
 };
 static_assert(std::is_trivial_v<poly_item>);
 
-void push_poly(polynode *p, poly_item **list);  // put p, which is consumed, in front of the list
-void free_polys(poly_item **list);              // release the list and what it holds; *list becomes null
-
 // Polynomials and numbers, in place -------------------------------------------------------------------------
 
 // *p = n * *p in the live view. n restored, no part of *p. What vanishes is dropped.

@@ -9,6 +9,7 @@
 #include "numbers/dispatch.h"
 #include "numbers/long_div.h"
 #include "numbers/long_power.h"
+#include "numbers/primes.h"
 #include "numbers/random.h"
 #include "numbers/startup.h"
 #include "poly/div.h"
@@ -16,6 +17,7 @@
 #include "poly/div_steps.h"
 #include "poly/measure.h"
 #include "poly/mul_work.h"
+#include "poly/ring_change.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -406,9 +408,37 @@ static bool lies_in_field(const polynode *m, const pt *var)
     return divides;
 }
 
-void mod_trial_poly_divide(polynode *, polynode *, int, int *decided, int *, const pt *)
+// Images modulo primes -------------------------------------------------------------------------------------
+
+static int divides_modulo(std::int32_t p, polynode *n, polynode *m, int fast, const pt *var)
 {
-    *decided = 0;  // on purpose: polynomials have no images modulo primes
+    ring_bracket ring;
+    enter_modulus(p, &ring);
+    poly_change_to_mod(&n, 1);
+    poly_change_to_mod(&m, 1);
+    const int divides = trial_poly_divide_noq(n, m, var, 1, fast, 0);
+    leave_ring(&ring);
+    return divides;
+}
+
+void mod_trial_poly_divide(polynode *n, polynode *m, int fast, int *decided, int *result, const pt *var)
+{
+    *decided = 0;
+    if (!exact_integers() || integerflag || !can_try(m, var)) return;
+    const number *const a = leading_coef(n), *const b = leading_coef(m);
+    if (iszero(leading_coef(n))) return;
+    const std::int32_t first = select_prime(a, b, 530, 64, prime_count, prime);
+    if (first > prime_count) return;
+    *result = divides_modulo(prime[first - 1].word, n, m, fast, var);
+    if (!*result) {
+        *decided = 1;
+        return;
+    }
+    std::int32_t second = select_prime(a, b, 530, 64, prime_count, prime);
+    if (second == first) second = select_prime(a, b, prime_count - first - 1, 0, prime_count, prime);
+    if (second > prime_count) return;
+    *result = divides_modulo(prime[second - 1].word, n, m, fast, var);
+    *decided = *result;
 }
 
 }  // namespace kelmar

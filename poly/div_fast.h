@@ -25,7 +25,11 @@ int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int
 // divides.
 int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q, int free_n);
 
-// The question modulo two primes. *decided = 0: that way is not open, and *result is not set.
+// The question for long integers, modulo two primes of the table that divide no leading coefficient. *result
+// = what the last image said, with `fast` by its tests alone. *decided = 1: the first one said no, which is
+// sure, or both said yes, which leaves open whether numbers divide. *decided = 0: they differ, or the table
+// had no second prime; or no first one, or the ring is another, and then *result is not set. n, m restored.
+// Faults: as trial_poly_divide. Polls: between steps.
 void mod_trial_poly_divide(polynode *n, polynode *m, int fast, int *decided, int *result, const pt *var);
 
 // The tests -----------------------------------------------------------------------------------------------

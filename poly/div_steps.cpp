@@ -188,6 +188,13 @@ static polynode *negative_product(number *c, number *y, std::int32_t exp)
     return t;
 }
 
+// Release the term at *place, whose coefficient is the number 0.
+static inline void drop_vanished(polynode **place)
+{
+    if (!(*place)->isnum) collapse(place);
+    drop_node(place);
+}
+
 // *rest = *rest - c x^e tail on one level. Both lists fall, so one walk down *rest serves.
 template <word_kind K>
 static void take_off_in_place(polynode **rest, number *c, std::int32_t e, const polynode *tail)
@@ -199,8 +206,7 @@ static void take_off_in_place(polynode **rest, number *c, std::int32_t e, const 
         polynode *t = *place;
         if (t && t->exp == exp) {
             if (subtract_product<K>(term_number(t), c, term_number(tail))) {
-                if (!t->isnum) collapse(place);
-                drop_node(place);
+                drop_vanished(place);
             } else {
                 place = &t->next;
             }

@@ -218,10 +218,7 @@ static polynode *evaluated(const polynode *p, const polynode *points, const pt *
         make_monomial(end, p->exp, coef);
         end = &(*end)->next;
     }
-    polynode *list = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
-    return list;
+    return result_of_work(work);
 }
 
 // The record of the first level behind `passed`; with none left, values are in all variables.
@@ -317,10 +314,7 @@ void poly_at_numb(polynode **result, const polynode *p, const polynode *v, const
         make_monomial(end, p->exp, coef);
         end = &(*end)->next;
     }
-    polynode *list = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
-    give_value(list, result);
+    give_value(result_of_work(work), result);
 }
 
 void mod_poly_at_numb(polynode **result, const polynode *p, std::int32_t v, const pt *names, int pad)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include "poly/flat_integers.h"
 #include "poly/flat_terms.h"
 #include "poly/mul_flat.h"
 #include "poly/transform.h"

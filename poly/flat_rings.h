@@ -3,9 +3,9 @@
 // products.
 //
 // A ring names the type of a coefficient and the type in which products are summed up, and carries what the
-// arithmetic needs, so that the inner loops read no mode flag. settled() turns a sum into its final form.
+// arithmetic needs, so that the inner loops read no mode flag. settled() turns a sum into its final form,
+// store_sum() into a number; sum_of_integer() is the sum that a transform tells as an integer.
 
-#include "numbers/limbs.h"
 #include "numbers/word_mod.h"
 #include "poly/node.h"
 
@@ -48,6 +48,10 @@ inline void store_sum(real_ring, double s, number *n)
 {
     n->real = s;
 }
+inline double sum_of_integer(real_ring, __int128 v)
+{
+    return static_cast<double>(static_cast<std::int64_t>(v));
+}
 
 // Residues. As long as a product is below 2^32, sums of them are reduced once, at the end. -----------------
 
@@ -75,6 +79,10 @@ inline std::uint64_t settled(small_residues r, std::uint64_t s)
 inline void store_sum(small_residues, std::uint64_t s, number *n)
 {
     n->word = static_cast<std::int32_t>(s);
+}
+inline std::uint64_t sum_of_integer(small_residues, __int128 v)
+{
+    return static_cast<std::uint64_t>(v);
 }
 
 // Above that, sums are kept below m^2 < 2^62.
@@ -105,6 +113,12 @@ inline void store_sum(wide_residues, std::uint64_t s, number *n)
 {
     n->word = static_cast<std::int32_t>(s);
 }
+inline std::uint64_t sum_of_integer(wide_residues r, __int128 v)
+{
+    const double_limb u = static_cast<double_limb>(v);  // below 2^94: two steps of 64 bits by 32
+    const std::uint64_t high = static_cast<std::uint64_t>(u >> 32) % r.m;
+    return (high << 32 | static_cast<std::uint32_t>(u)) % r.m;
+}
 
 // Elements of a table field ---------------------------------------------------------------------------------
 
@@ -131,6 +145,10 @@ inline std::int32_t settled(field_ring, std::int32_t s)
 inline void store_sum(field_ring, std::int32_t s, number *n)
 {
     n->word = s;
+}
+inline std::int32_t sum_of_integer(field_ring, __int128 v)
+{
+    return static_cast<std::int32_t>(v);
 }
 
 // Words that wrap -------------------------------------------------------------------------------------------
@@ -159,105 +177,9 @@ inline void store_sum(word_ring, std::uint32_t s, number *n)
 {
     n->word = static_cast<std::int32_t>(s);
 }
-
-// Long integers of at most two digits, with sums in one word or in two ----------------------------------
-
-inline std::int64_t short_value(const number *n)
-{
-    const std::int64_t v = n->head->digit;
-    return n->size == 2 ? v * digit_base + n->tail->digit : v;
-}
-
-struct short_integers {
-    using coef = std::int64_t;
-    using sum = std::int64_t;
-};
-inline std::int64_t load_coef(short_integers, const number *n)
-{
-    return short_value(n);
-}
-inline void add_product(short_integers, std::int64_t *s, std::int64_t c, std::int64_t d)
-{
-    *s += c * d;
-}
-inline void add_sum(short_integers, std::int64_t *s, std::int64_t t)
-{
-    *s += t;
-}
-inline std::int64_t settled(short_integers, std::int64_t s)
-{
-    return s;
-}
-
-struct wide_integers {
-    using coef = std::int64_t;
-    using sum = __int128;
-};
-inline std::int64_t load_coef(wide_integers, const number *n)
-{
-    return short_value(n);
-}
-inline void add_product(wide_integers, __int128 *s, std::int64_t c, std::int64_t d)
-{
-    *s += static_cast<__int128>(c) * d;
-}
-inline void add_sum(wide_integers, __int128 *s, __int128 t)
-{
-    *s += t;
-}
-inline __int128 settled(wide_integers, __int128 s)
-{
-    return s;
-}
-inline void store_sum(wide_integers, __int128 s, number *n)
-{
-    const std::int32_t sign = s < 0 ? -1 : 0;
-    const double_limb v = static_cast<double_limb>(sign ? -s : s);
-    if (v >> (2 * limb_bits) == 0) return set_small_value(v, sign, n);
-    const limb limbs[3] = {static_cast<limb>(v) & limb_mask, static_cast<limb>(v >> limb_bits) & limb_mask,
-                           static_cast<limb>(v >> (2 * limb_bits))};
-    scatter_limbs(limbs, 3, sign, n);
-}
-inline void store_sum(short_integers, std::int64_t s, number *n)
-{
-    store_sum(wide_integers{}, s, n);
-}
-
-// A sum that is known as an integer ---------------------------------------------------------------------
-
-inline double sum_of_integer(real_ring, __int128 v)
-{
-    return static_cast<double>(static_cast<std::int64_t>(v));
-}
-inline std::int64_t sum_of_integer(short_integers, __int128 v)
-{
-    return static_cast<std::int64_t>(v);
-}
-inline __int128 sum_of_integer(wide_integers, __int128 v)
-{
-    return v;
-}
-inline std::uint64_t sum_of_integer(small_residues, __int128 v)
-{
-    return static_cast<std::uint64_t>(v);
-}
-inline std::uint64_t sum_of_integer(wide_residues r, __int128 v)
-{
-    const double_limb u = static_cast<double_limb>(v);  // below 2^94: two steps of 64 bits by 32
-    const std::uint64_t high = static_cast<std::uint64_t>(u >> 32) % r.m;
-    return (high << 32 | static_cast<std::uint32_t>(u)) % r.m;
-}
-inline std::int32_t sum_of_integer(field_ring, __int128 v)
-{
-    return static_cast<std::int32_t>(v);
-}
 inline std::uint32_t sum_of_integer(word_ring, __int128 v)
 {
     return static_cast<std::uint32_t>(v);
 }
-
-inline constexpr std::int32_t short_sum_bits =
-    60;  // of a sum of short_integers, sign apart: one prime tells it
-inline constexpr std::int32_t wide_sum_bits = 122;  // of wide_integers: two primes tell it
 
 }  // namespace kelmar

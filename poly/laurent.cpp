@@ -140,16 +140,6 @@ int clear_bads(polynode **p, const pt *var, exponent_shifts *s, std::int32_t sta
     return 0;
 }
 
-void merge_shifts(exponent_shifts *s, const exponent_shifts *t)
-{
-    const std::int32_t levels = s->levels > t->levels ? s->levels : t->levels;
-    s->levels = 0;
-    for (std::int32_t k = 1; k <= levels; ++k) {
-        if (t->by[k] < s->by[k]) s->by[k] = t->by[k];
-        if (s->by[k] != 0) s->levels = k;
-    }
-}
-
 bool has_negative_exponents(const polynode *p)
 {
     for (; p; p = p->next) {

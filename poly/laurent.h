@@ -30,7 +30,4 @@ void eliminate_bads(polynode **p, const exponent_shifts *s, std::int32_t sign);
 // *p has a negative exponent. Stops at the first.
 bool has_negative_exponents(const polynode *p);
 
-// The smaller of s and t by level: what clears both of two polynomials. *s in place.
-void merge_shifts(exponent_shifts *s, const exponent_shifts *t);
-
 }  // namespace kelmar

@@ -43,7 +43,7 @@ std::int32_t exp_poly_length(const polynode *p, std::int32_t *low, int *dense)
         if (look && fits) fits = word_term(p);
     }
     *low = last->exp;
-    *dense = fits && (number_polys != 1 || *low >= 0);
+    *dense = fits && *low >= 0;
     const bool sparse = static_cast<std::int64_t>(top) - *low > std::int64_t{6} * count;
     return sparse ? -count : count;
 }

@@ -15,7 +15,7 @@ std::int32_t fast_poly_length(const polynode *p, std::int32_t limit);  // the sa
 
 // Nodes of the outer list, negative when it is sparse: top exp - low exp above six times the count. *low =
 // the smallest exp. *dense in: look; out: p suits word arrays, which nothing does outside modular mode. It
-// does with a single variable when no exp is negative, with several when every coefficient is a constant.
+// does when no exp is negative and, with several variables, every coefficient is a constant.
 std::int32_t exp_poly_length(const polynode *p, std::int32_t *low, int *dense);
 
 std::int32_t poly_level(const polynode *p);  // level of the first real variable; 0 for a constant

@@ -1,6 +1,6 @@
 // poly/mul_flat.cpp -- the choice of a ring for a flat product.
 #include "poly/mul_flat.h"
-#include "poly/flat_stretch.h"
+#include "poly/flat_product.h"
 
 namespace kelmar {
 

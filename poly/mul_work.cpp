@@ -79,6 +79,14 @@ void close_work(product_work *work)
     idle = work;
 }
 
+polynode *result_of_work(product_work *work)
+{
+    polynode *result = work->parts[0];
+    work->parts[0] = nullptr;
+    close_work(work);
+    return result;
+}
+
 void *get_room(product_work *work, int k, std::size_t bytes)
 {
     work_room *room = &work->rooms[k];

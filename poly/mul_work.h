@@ -41,6 +41,9 @@ void release_left_works(void *frame);
 // Release what is left in the newest record, and the record.
 void close_work(product_work *work);
 
+// Return part 0, which is the caller's from now on, and close the work.
+polynode *result_of_work(product_work *work);
+
 // Return room `k` of the record with at least `bytes` bytes; its content is kept up to its old size. Declines
 // (null) when the heap has none.
 void *get_room(product_work *work, int k, std::size_t bytes);

@@ -33,9 +33,7 @@ static void constant_power(polynode *p, std::int32_t e)
 static void take_power(product_work *work, polynode **p)
 {
     free_poly(p);
-    *p = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
+    *p = result_of_work(work);
 }
 
 [[gnu::noinline]] static void power_of_products(polynode **p, std::int32_t e, const pt *var)

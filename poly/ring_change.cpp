@@ -136,31 +136,13 @@ static void open_bracket(ring_bracket *b)
     innermost_ring = b;
 }
 
-static void make_residues_live()
-{
-    flotemode = integerflag = 0;
-    modularmode = lintmode = 1;
-    if (!danger_ok) interrupts_held = 1;
-}
-
 void enter_modulus(std::int32_t p, ring_bracket *b)
 {
     open_bracket(b);
     set_prime_modulus(p);
-    make_residues_live();
-}
-
-void enter_any_modulus(std::int32_t m, ring_bracket *b)
-{
-    open_bracket(b);
-    set_modulus(m);
-    make_residues_live();
-}
-
-void enter_exact(ring_bracket *b)
-{
-    open_bracket(b);
-    flotemode = modularmode = lintmode = integerflag = 0;
+    flotemode = integerflag = 0;
+    modularmode = lintmode = 1;
+    if (!danger_ok) interrupts_held = 1;
 }
 
 // The outermost bracket has kept the ring of the session. Without one, only a word mode of the evaluator or

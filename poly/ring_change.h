@@ -50,12 +50,6 @@ inline ring_bracket *innermost_ring = nullptr;
 // anywhere, an interrupt waits until then: one stretch is to be short.
 void enter_modulus(std::int32_t p, ring_bracket *b);
 
-// Residues modulo m, 2 .. 2147483646, prime or not, are live until leave_ring. Cost: a primality test.
-void enter_any_modulus(std::int32_t m, ring_bracket *b);
-
-// Digit chains are live until leave_ring: exact work in any ring. Interrupts are answered.
-void enter_exact(ring_bracket *b);
-
 // The ring of the session is live until leave_ring: for a command level on top of a computation.
 void enter_session_ring(ring_bracket *b);
 

@@ -57,29 +57,38 @@ static void drop_number(polynode **place)
     give_node(t);
 }
 
+static void reduce_list(polynode **p);
+
+// The number at *place in range. False when it vanishes, and its term with it.
+static bool reduce_number(polynode **place)
+{
+    number *n = (*place)->num;
+    n->word %= modulus;
+    if (n->word < 0) n->word += modulus;
+    if (n->word != 0) return true;
+    drop_number(place);
+    return false;
+}
+
+// The coefficients of the term at *place in range. False when all of them vanish, and the term with them.
+static bool reduce_term(polynode **place)
+{
+    polynode *t = *place;
+    reduce_list(&t->coef);
+    const bool number_left = t->coef && t->exp == 0 && is_constant(t->coef);
+    if (t->coef && !number_left) return true;
+    *place = number_left ? t->coef : t->next;
+    if (number_left) t->coef->next = t->next;
+    give_node(t);
+    return number_left;
+}
+
 // The list below *p with its words in range; null when nothing is left.
 static void reduce_list(polynode **p)
 {
     polynode **place = p;
-    while (polynode *t = *place) {
-        if (t->isnum) {
-            t->num->word %= modulus;
-            if (t->num->word < 0) t->num->word += modulus;
-            if (t->num->word == 0) {
-                drop_number(place);
-                continue;
-            }
-        } else {
-            reduce_list(&t->coef);
-            const bool number_left = t->coef && t->exp == 0 && is_constant(t->coef);
-            if (!t->coef || number_left) {
-                *place = number_left ? t->coef : t->next;
-                if (number_left) t->coef->next = t->next;
-                give_node(t);
-                if (!number_left) continue;
-            }
-        }
-        place = &(*place)->next;
+    while (*place) {
+        if ((*place)->isnum ? reduce_number(place) : reduce_term(place)) place = &(*place)->next;
     }
 }
 

@@ -33,7 +33,7 @@ static void put_top(polynode *sum, quolynode *a)
 // The polynomial that the value owns, taken out of it; a plain number's record becomes a constant's.
 static polynode *owned_top(quolynode *q)
 {
-    return q->is_num ? new_constant(q->num) : q->top;
+    return q->is_num ? constant_of(q) : q->top;
 }
 
 // Sums with denominators --------------------------------------------------------------------------------
@@ -45,7 +45,7 @@ static void add_to_fraction(const quolynode *p, const quolynode *q, quolynode **
         add_numb_rat(p->num, q, c, which);
         return;
     }
-    polynode room;
+    poly_room room;
     polynode *const top = as_poly(p, &room);
     if (which == q_minus_n) {
         no_denom_minus_2(top, q, c);
@@ -82,7 +82,7 @@ void quoly_add(const quolynode *a, const quolynode *b, quolynode **c)
         add_fractions(a, b, c, 1);
         return;
     }
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     polynode *sum = nullptr;
     poly_add(as_poly(a, &a_room), as_poly(b, &b_room), &sum);
     poly_to_quoly(&sum, c);
@@ -102,7 +102,7 @@ void quoly_sub(const quolynode *a, const quolynode *b, quolynode **c)
         add_fractions(a, b, c, 0);
         return;
     }
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     polynode *difference = nullptr;
     poly_sub(as_poly(a, &a_room), as_poly(b, &b_room), &difference);
     poly_to_quoly(&difference, c);
@@ -120,7 +120,7 @@ void better_quoly_add(quolynode **a, const quolynode *b)
         quoly_add(*a, b, a);
         return;
     }
-    polynode room;
+    poly_room room;
     polynode *sum = nullptr;
     better_poly_add(owned_top(*a), as_poly(b, &room), &sum);
     put_top(sum, *a);
@@ -136,7 +136,7 @@ void better_quoly_sub(quolynode **a, const quolynode *b)
         quoly_sub(*a, b, a);
         return;
     }
-    polynode room;
+    poly_room room;
     polynode *difference = nullptr;
     better_poly_sub(owned_top(*a), as_poly(b, &room), &difference);
     put_top(difference, *a);

@@ -50,9 +50,7 @@ static int quotient_of_rationals(const quolynode *a, const quolynode *b, quolyno
     product_work *work = open_work(__builtin_frame_address(0));
     work->parts[0] = copy_poly(a->top);
     num_poly_quot(&work->parts[0], n);
-    polynode *quotient = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
+    polynode *quotient = result_of_work(work);
     poly_to_quoly(&quotient, c);
 }
 
@@ -70,7 +68,7 @@ void quoly_quot(const quolynode *a, const quolynode *b, std::int32_t no_reduce, 
     } else if (b->is_num && !a->den && (lintmode || integerflag)) {
         quotient_by_number(a, b->num, c);
     } else {
-        polynode a_room, b_room;
+        poly_room a_room, b_room;
         const fraction x = parts_of(a, &a_room), y = parts_of(b, &b_room), turned = {y.den, y.top};
         cross_multiply(&x, &turned, no_reduce ? not_the_first : both_gcds, laurent, c);
     }
@@ -83,7 +81,7 @@ void fast_quoly_quot(quolynode **a, const quolynode *b, std::int32_t no_reduce)
 
 int quoly_exact_quot(const quolynode *a, const quolynode *b, quolynode **c)
 {
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     polynode *quotient = exact_quotient(as_poly(a, &a_room), as_poly(b, &b_room), polynames);
     if (!quotient) return 0;
     poly_to_quoly(&quotient, c);
@@ -161,7 +159,7 @@ void lint_quoly_recip(quolynode **q)
 
 void quoly_mod_or_div(const quolynode *a, const quolynode *b, quolynode **c, char op)
 {
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     polynode *result = nullptr;
     if (__builtin_expect(a->is_num && b->is_num, 1)) {
         if (*c && !(*c)->is_num) free_polynomials(c);

@@ -17,15 +17,6 @@
 
 namespace kelmar {
 
-void free_points(quolynode **points)
-{
-    while (*points) {
-        quolynode *point = *points;
-        *points = point->next;
-        free_quoly(&point);
-    }
-}
-
 void p_q_assign(const polynode *p, quolynode **q, std::int32_t depth)
 {
     polynode *copy = copy_poly(p);
@@ -138,9 +129,7 @@ static void borrow_points(const quolynode *points, polynode **chain)
     borrow_points(points, &work->loans[0]);
     work->parts[0] = copy_poly(p);
     old_all_poly_eval(&work->parts[0], work->loans[0], 1);
-    polynode *value = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
+    polynode *value = result_of_work(work);
     poly_to_quoly(&value, result);
 }
 

@@ -2,7 +2,7 @@
 // quoly/eval.h -- scalar values at points.
 //
 // A list of points is a chain of values through next, one a level, the outermost first. All variables are
-// replaced at once: what a point contains is not looked at again. Chains are released by free_points.
+// replaced at once: what a point contains is not looked at again.
 //
 // Errors of all: 22 for a negative power of 0, and for a denominator that becomes 0; 32; 62 where a quotient
 // has no form. Polls: at each term.
@@ -14,9 +14,6 @@ namespace kelmar {
 // default 1; in characteristic two: powers of points are tabulated, and determinants have degree 1 at most in
 // each variable; reset_pseudo_poly; reset: never
 inline std::int32_t char2_degs1 = 1;
-
-// Release a chain of points; *points becomes null; null is allowed.
-void free_points(quolynode **points);
 
 // *q = *q at the points of levels 1, 2, ..; levels behind the last point stay. *q replaced, and announced.
 void total_eval(quolynode **q, const quolynode *points);

@@ -1,5 +1,6 @@
 // quoly/fraction.cpp -- gcds within fractions, and the settling of results.
 #include "quoly/fraction.h"
+#include "gcd/balance.h"
 #include "gcd/polygcd.h"
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
@@ -68,8 +69,32 @@ static void divide_by_number(polynode **p, polynode *g, polynode **slot)
     *p = *slot;
 }
 
+// cancel_pair for doubles whose variables are better stretched: gcd and quotients are formed so.
+[[gnu::noinline]] static void cancel_balanced(polynode **a, polynode **b, polynode **slot_a,
+                                              polynode **slot_b, polynode **slot_g, const balance *s)
+{
+    product_work *work = open_work(__builtin_frame_address(0));
+    polynode **const scaled = work->parts;
+    scaled[0] = copy_poly(*a);
+    scaled[1] = copy_poly(*b);
+    scale_variables(scaled[0], s, 1, 0);
+    scale_variables(scaled[1], s, 1, 0);
+    spared_gcd(scaled[0], scaled[1], slot_g);
+    if (!is_constant(*slot_g)) {
+        reduce(&scaled[0], &scaled[1], slot_g, slot_a, slot_b, 0, 0, 1, 1);
+        const std::int32_t lead = leading_shift(*slot_g, s);
+        scale_variables(*slot_g, s, -1, lead);
+        scale_variables(*slot_a, s, -1, -lead);
+        scale_variables(*slot_b, s, -1, -lead);
+        *a = *slot_a;
+        *b = *slot_b;
+    }
+    close_work(work);
+}
+
 void cancel_pair(polynode **a, polynode **b, polynode **slot_a, polynode **slot_b, polynode **slot_g)
 {
+    balance s;
     if (!*a || !*b || is_one(*a) || is_one(*b)) return;
     if (lintmode && (is_constant(*a) || is_constant(*b))) return;
     if (poly_equal(*a, *b)) {
@@ -77,6 +102,10 @@ void cancel_pair(polynode **a, polynode **b, polynode **slot_a, polynode **slot_
         return;
     }
     if (!has_gcds()) return;
+    if (flotemode && find_balance(*a, *b, &s)) {
+        cancel_balanced(a, b, slot_a, slot_b, slot_g, &s);
+        return;
+    }
     if (is_constant(*a)) {
         number_gcd(*a, *b, slot_g);
     } else if (is_constant(*b)) {

@@ -16,7 +16,7 @@ struct fraction {
 };
 
 // The pair of q; the number of a plain one stands in *room. Borrowed from q.
-inline fraction parts_of(const quolynode *q, polynode *room)
+inline fraction parts_of(const quolynode *q, poly_room *room)
 {
     return {as_poly(q, room), q->is_num ? nullptr : q->den};
 }

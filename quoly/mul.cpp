@@ -23,7 +23,8 @@ static void multiply_polynomials(const quolynode *a, const quolynode *b, quolyno
     if (!a->is_num && !b->is_num) {
         poly_mult(a->top, b->top, &product, polynames);
     } else {
-        const number *n = a->is_num ? a->num : b->num;
+        poly_room room;
+        const number *n = as_poly(a->is_num ? a : b, &room)->num;
         const polynode *p = a->is_num ? b->top : a->top;
         if (iszero(n)) {
             quoly_set(0, c);
@@ -37,7 +38,7 @@ static void multiply_polynomials(const quolynode *a, const quolynode *b, quolyno
 // *c = a * b, one of which has a denominator at least.
 static void multiply_fractions(const quolynode *a, const quolynode *b, quolynode **c)
 {
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     if (a->is_num && is_rational(b)) {
         mult_numb_rat(a->num, b, c);
     } else if (b->is_num && is_rational(a)) {

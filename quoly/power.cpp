@@ -67,6 +67,7 @@ void lint_quoly_compute_power(quolynode **q, std::int32_t e)
 // n = n^e, e > 0. Over a prime field the exponent counts modulo the order of the group.
 static void power_of_number(number *n, std::int32_t e)
 {
+    if (modularmode) n->word = to_residue(n->word);
     if (prime_field() && !iszero(n)) e %= modulus - 1;
     number_power(n, e);
 }

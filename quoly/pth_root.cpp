@@ -53,7 +53,7 @@ int pth_root(polynode **p)
 
 void quoly_pth_root(quolynode **q)
 {
-    polynode room;
+    poly_room room;
     const std::int32_t by = characteristic();
     const bool has_root = by != 0 && ((*q)->is_num || (exponents_divide((*q)->top, by) &&
                                                        (!(*q)->den || exponents_divide((*q)->den, by))));

@@ -43,6 +43,19 @@ void polynum_to_quoly(quolynode **q)
     give_node(node);
 }
 
+void settle_room(poly_room *room)
+{
+    room->residue = *room->node.num;
+    room->residue.word = to_residue(room->residue.word);
+    room->node.num = &room->residue;
+}
+
+polynode *constant_of(quolynode *q)
+{
+    number_to_residue(q);
+    return new_constant(q->num);
+}
+
 void poly_to_quoly(polynode **p, quolynode **q)
 {
     polynode *top = *p;
@@ -64,14 +77,14 @@ void poly_to_quoly(polynode **p, quolynode **q)
 
 void quoly_to_poly(const quolynode *q, polynode **p)
 {
-    polynode room;
+    poly_room room;
     *p = nullptr;
     poly_assign(as_poly(q, &room), p);
 }
 
 void quoly_consume(quolynode **q, polynode **p)
 {
-    *p = (*q)->is_num ? new_constant((*q)->num) : (*q)->top;
+    *p = (*q)->is_num ? constant_of(*q) : (*q)->top;
     give_quoly(q);
 }
 
@@ -106,7 +119,7 @@ void quoly_assign(const quolynode *a, quolynode **b)
 
 bool quoly_iszero(const quolynode *q)
 {
-    return q->is_num && iszero(q->num);
+    return q->is_num && (modularmode ? to_residue(q->num->word) == 0 : iszero(q->num));
 }
 
 bool quoly_equal(const quolynode *a, const quolynode *b)

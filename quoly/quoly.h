@@ -6,6 +6,7 @@
 // a constant is a plain number, so zero is always the plain number 0.
 
 #include "numbers/plain_quoly.h"
+#include "numbers/word_mod.h"
 #include "poly/node.h"
 
 namespace kelmar {
@@ -37,20 +38,38 @@ void scalar_to_quoly(number *n, quolynode **q);
 
 // Polynomials -------------------------------------------------------------------------------------------
 
+// Bring the count that a plain number may be, and that stands unreduced in it, into the range of the modulus.
+inline void number_to_residue(quolynode *q)
+{
+    if (modularmode && q->is_num) q->num->word = to_residue(q->num->word);
+}
+
+// Where as_poly puts the number of a plain value.
+struct poly_room {
+    polynode node;
+    number residue;  // of a count, which stands unreduced in the value
+};
+
+// Make *room hold the residue of the word in it.
+void settle_room(poly_room *room);
+
 // A value as a polynomial, without a copy: its own, or the number of a plain one in *room. Borrowed from q.
-inline polynode *as_poly(const quolynode *q, polynode *room)
+inline polynode *as_poly(const quolynode *q, poly_room *room)
 {
     if (!q->is_num) return q->top;
-    room->exp = 0;
-    room->isnum = 1;
-    room->next = nullptr;
-    room->num = q->num;
-    return room;
+    polynode *const p = &room->node;
+    p->exp = 0;
+    p->isnum = 1;
+    p->next = nullptr;
+    p->num = q->num;
+    if (modularmode && !is_residue(q->num->word)) settle_room(room);
+    return p;
 }
 
 void poly_to_quoly(polynode **p, quolynode **q);  // *q = *p, which is consumed. *q replaced
 void quoly_to_poly(const quolynode *q,
                    polynode **p);                 // *p = a copy of q, which has no denominator. *p filled
+polynode *constant_of(quolynode *q);              // the number of a plain q as a polynomial that owns it
 void quoly_consume(quolynode **q, polynode **p);  // the same without a copy: *q consumed. *p filled
 void polynum_to_quoly(quolynode **q);             // a constant without denominator becomes a plain number
 void quoly_variable(std::int32_t level, quolynode **q);  // *q = the variable of that level. *q replaced

@@ -5,6 +5,7 @@
 // not reduced.
 #include "quoly/reduce.h"
 #include <cstdio>
+#include "gcd/float_quotient.h"
 #include "gcd/polygcd.h"
 #include "poly/div_exact.h"
 #include "poly/div_fast.h"
@@ -21,6 +22,7 @@ static polynode *quotient_by(polynode *p, polynode *g)
         trial_poly_quot(p, g, &quotient, &exact);
     } else {
         trial_poly_divide(p, g, &quotient, polynames, 0, 0, 0);
+        if (!quotient && flotemode) quotient = float_quotient(p, g, polynames);
     }
     return quotient;
 }

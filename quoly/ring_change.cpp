@@ -7,6 +7,7 @@
 #include "numbers/convert.h"
 #include "numbers/long_gcd.h"
 #include "numbers/number.h"
+#include "numbers/word_mod.h"
 #include "quoly/normal_form.h"
 #include "session/report.h"
 
@@ -147,6 +148,47 @@ void quoly_change_num(quolynode **handle)
     } else {
         reduce_quotient(handle);
     }
+}
+
+// No number of p but 0 vanishes.
+static bool stays_whole(const polynode *p)
+{
+    for (; p; p = p->next) {
+        if (!p->isnum) {
+            if (!stays_whole(p->coef)) return false;
+        } else if (p->num->word != 0 && to_residue(p->num->word) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+static void words_to_residues(polynode *p)
+{
+    for (; p; p = p->next) {
+        if (p->isnum) {
+            p->num->word = to_residue(p->num->word);
+        } else {
+            words_to_residues(p->coef);
+        }
+    }
+}
+
+int check_and_mod(quolynode **handle)
+{
+    quolynode *q = *handle;
+    if (q->is_num) {
+        const std::int32_t residue = to_residue(q->num->word);
+        if (residue == 0 && q->num->word != 0) return 0;
+        q->num->word = residue;
+        return 1;
+    }
+    if (!stays_whole(q->top) || !stays_whole(q->den)) return 0;
+    words_to_residues(q->top);
+    words_to_residues(q->den);
+    q->is_rat = 0;
+    if (q->den) reduce_quotient(handle);
+    return 1;
 }
 
 void quoly_change_from_mod(quolynode *q)

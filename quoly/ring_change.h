@@ -17,6 +17,11 @@ void quoly_change_to_mod(quolynode **q);
 // was null; the caller sets it to 0. Modulo a composite common factors stay. Errors: none. Polls: in gcds.
 void quoly_change_num(quolynode **q);
 
+// The words of *q are true integers: make them residues of the modular ring that is live. *q replaced.
+// Declines (0), with *q as it was: a number other than 0 would vanish. A composite modulus may leave *q null,
+// as quoly_change_num does. Errors: none. Polls: in gcds.
+int check_and_mod(quolynode **q);
+
 // q, which holds residues, as digits; `modulus` is still that of q. In place.
 void quoly_change_from_mod(quolynode *q);
 

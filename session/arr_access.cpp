@@ -3,20 +3,17 @@
 // An entry is found once, when its coordinates have been read. Statements that run before it is used may move
 // arrays; then it is looked up again by the stamp of its array and its position.
 #include "session/arr_access.h"
-#include <cmath>
 #include <cstring>
 #include "matrix/pins.h"
-#include "numbers/dispatch.h"
 #include "quoly/owned.h"
 #include "session/arr_system.h"
 #include "session/expr.h"
 #include "session/int_expr.h"
 #include "session/names.h"
 #include "session/report.h"
+#include "session/words.h"
 
 namespace kelmar {
-
-static constexpr double word_limit = 2147483648.0;
 
 // Names -------------------------------------------------------------------------------------------------
 
@@ -36,19 +33,14 @@ array *find_array_named(token_rec *name)
     return find_array(&n);
 }
 
-// Coordinates -----------------------------------------------------------------------------------------------
-
-// *word = the value of a finite number below 2^31. Returns the number of the error, or 0.
-static int word_of(const quolynode *q, int wrong, std::int32_t *word)
+array *known_array(token_rec *name)
 {
-    if (!q) return 0;
-    if (!q->is_num) return wrong;
-    const double v = num_to_double(q->num);
-    if (!std::isfinite(v)) return wrong;
-    if (std::fabs(v) >= word_limit) return err_counter_too_big;
-    value_to_word(q, word);
-    return 0;
+    array *a = find_array_named(name);
+    if (!a) error(err_no_such_array, name->text);
+    return a;
 }
+
+// Coordinates -----------------------------------------------------------------------------------------------
 
 int read_index(input_stream **stream, std::int32_t *value, int wrong, name_node **cursor)
 {
@@ -63,7 +55,7 @@ int read_index(input_stream **stream, std::int32_t *value, int wrong, name_node 
     own(&v.n);
     sum_of_terms(stream, &v, cursor);
     disown();
-    const int bad = word_of(v.p ? *v.p : nullptr, wrong, value);
+    const int bad = v.p ? value_to_count(*v.p, wrong, value) : 0;
     restore_modular(&saved);
     free_quoly(&v.n);
     if (!bad) return 1;
@@ -125,7 +117,7 @@ int entry_operand(array *a, const coordinates *c, const char *name, operand *v)
 void retrieve_entry_of(input_stream **stream, array *a, const char *name, operand *v, name_node **cursor)
 {
     coordinates c;
-    const std::int32_t stamp = a->arr_time;
+    const std::int64_t stamp = a->arr_time;
     const int whole = evalcoords(stream, &c, ']', cursor);
     if (whole && a->arr_time != stamp) error(err_no_such_array, name);  // an index has cancelled it
     if (!whole || a->arr_time != stamp) {
@@ -142,9 +134,8 @@ void retrieve_entry(input_stream **stream, token_rec *name, operand *v, name_nod
         make_zero(v);
         return;
     }
-    array *a = find_array_named(name);
+    array *a = known_array(name);
     if (!a) {
-        error(err_no_such_array, name->text);
         make_zero(v);
         return;
     }

@@ -12,6 +12,9 @@ inline std::int32_t addresser = 1;
 // The newest array of the name, or null. Fills name->index.
 array *find_array_named(token_rec *name);
 
+// The same; null after error 28.
+array *known_array(token_rec *name);
+
 // The name as the array tables have it. Fills name->index.
 array_name array_name_of(token_rec *name);
 

@@ -1,4 +1,5 @@
 // session/arr_declare.cpp -- declarations, conversions, and the array of arrays.
+#include "session/arr_declare.h"
 #include "numbers/heap.h"
 #include "poly/variables.h"
 #include "quoly/owned.h"
@@ -66,34 +67,18 @@ void sparse_statement(input_stream **stream, quolynode **result, name_node **cur
     scanner(stream, &token, cursor);
     const bool bracketed = token.text[0] == '(';
     if (bracketed) scanner(stream, &token, cursor);
-    if (token.text[0] != '[') {
-        error(err_need_open_bracket, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('[', err_need_open_bracket, stream, cursor)) return;
     if (token.text[0] == '<') {
         error(err_system_array_refused, token.text);
         return;
     }
     token_rec name = token;
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket, token.text);
-        return;
-    }
-    array *a = find_array_named(&name);
-    if (!a) {
-        error(err_no_such_array, name.text);
-        return;
-    }
+    if (!expect(']', err_need_close_bracket)) return;
+    array *a = known_array(&name);
+    if (!a) return;
     scanner(stream, &token, cursor);
-    if (bracketed) {
-        if (token.text[0] != ')') {
-            error(err_need_close_paren, token.text);
-            return;
-        }
-        scanner(stream, &token, cursor);
-    }
+    if (bracketed && !expect_and_pass(')', err_need_close_paren, stream, cursor)) return;
     make_sparse(a);
 }
 
@@ -110,11 +95,7 @@ static void assign_slot(input_stream **stream, std::int32_t slot, name_node **cu
 {
     arr_value v;
     array_target t = {};
-    if (token.text[0] != '=') {
-        error(err_need_equals, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('=', err_need_equals, stream, cursor)) return;
     make_stash();
     open_value(&v);
     arr_expre(stream, &v, cursor);
@@ -138,10 +119,7 @@ void arr_arr_state(input_stream **stream, quolynode **result, name_node **cursor
         error(err_empty_slot, "%");
         return;
     }
-    if (token.text[0] != '[') {
-        error(err_need_open_index, token.text);
-        return;
-    }
+    if (!expect('[', err_need_open_index)) return;
     operand v = {};
     own(&v.n);
     retrieve_entry_of(stream, array_in_slot(slot), "%", &v, cursor);

@@ -14,7 +14,6 @@
 #include "session/output.h"
 #include "session/report.h"
 #include "session/scratch.h"
-#include "session/seams.h"
 
 namespace kelmar {
 
@@ -113,7 +112,7 @@ static void better_sparse_display(std::FILE *out, const array_form *form, arr_va
     row_walk w = {chain_of(v), 0, v->rows};
     std::int32_t empty = 1;
     sparse_iszero(w.frame, v->rows, &empty);
-    if (empty) std::fprintf(out, "0%s\n", "");
+    if (empty) std::fputs("0\n", out);
     while (colm **head = next_row(&w)) {
         poll_interrupt();
         for (const colm *node = *head; node; node = node->next) {

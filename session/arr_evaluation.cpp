@@ -130,7 +130,7 @@ static bool has_negative_power(const polynode *p)
 
 void quoly_at_matrix(const quolynode *q, arr_value *m, arr_value *r)
 {
-    polynode room;
+    poly_room room;
     if (!is_array(m) || m->rows != m->cols) {
         error(err_bad_matrix_evaluation, token.text);
         return;

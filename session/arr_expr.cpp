@@ -2,13 +2,16 @@
 //
 // A stored array is taken by reference, so that nothing is copied before an operator needs it.
 #include "session/arr_expr.h"
+#include "gcd/stash.h"
 #include "quoly/owned.h"
 #include "quoly/quoly.h"
+#include "session/arr_literal.h"
 #include "session/arr_ops.h"
 #include "session/arr_shape.h"
 #include "session/arr_target.h"
 #include "session/evaluation.h"
 #include "session/evaluator.h"
+#include "session/expr.h"
 #include "session/factor.h"
 #include "session/postfix.h"
 #include "session/pset.h"
@@ -18,21 +21,12 @@ namespace kelmar {
 
 // Factors -----------------------------------------------------------------------------------------------
 
-static void pass_close(input_stream **stream, name_node **cursor)
-{
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
-}
-
 // `(` is in hand.
 static void read_bracketed(input_stream **stream, arr_value *v, name_node **cursor)
 {
     scanner(stream, &token, cursor);
     arr_expre(stream, v, cursor);
-    pass_close(stream, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 // `[` is in hand.
@@ -69,11 +63,7 @@ static void read_pair_product(input_stream **stream, arr_value *v, name_node **c
 {
     arr_value r;
     scanner(stream, &token, cursor);
-    if (token.text[0] != '(') {
-        error(err_need_open_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('(', err_need_open_paren, stream, cursor)) return;
     open_value(&r);
     arr_expre(stream, v, cursor);
     if (token.text[0] != ',') {
@@ -84,17 +74,43 @@ static void read_pair_product(input_stream **stream, arr_value *v, name_node **c
         multiply_by_pairs(v, &r);
     }
     close_value(&r);
-    pass_close(stream, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
+}
+
+// MPowermod is in hand: (matrix, exponent) or (matrix, exponent, modulus).
+static void read_power_modulo(input_stream **stream, arr_value *v, name_node **cursor)
+{
+    quolynode *e = nullptr;
+    std::int32_t saved;
+    scanner(stream, &token, cursor);
+    if (!expect_and_pass('(', err_need_paren_mpower, stream, cursor)) return;
+    arr_expre(stream, v, cursor);
+    if (!is_array(v)) {
+        error(err_need_array, token.text);
+        return;
+    }
+    if (!expect_and_pass(',', err_matrix_power_exponent, stream, cursor)) return;
+    own(&e);
+    check_modular(&saved);
+    old_expre(stream, &e, cursor);
+    restore_modular(&saved);
+    const bool number = e->is_num;
+    if (!number) {
+        error(err_matrix_power_exponent, token.text);
+    } else if (token.text[0] == ',') {
+        scanner(stream, &token, cursor);
+        old_expre(stream, &e, cursor);
+    }
+    disown();
+    free_quoly(&e);
+    if (number && expect(')', err_need_close_paren)) decline_matrix_algorithm();
 }
 
 static void read_absolute(input_stream **stream, arr_value *v, name_node **cursor)
 {
     scanner(stream, &token, cursor);
     arr_fact(stream, v, cursor);
-    if (token.text[0] != '|') {
-        error(err_need_close_bar, token.text);
-        return;
-    }
+    if (!expect('|', err_need_close_bar)) return;
     map_value(v, quoly_abs);
     scanner(stream, &token, cursor);
 }
@@ -113,7 +129,11 @@ static bool read_array_word(input_stream **stream, arr_value *v, name_node **cur
         if (read_operand(stream, v, err_need_matrix_diag, cursor)) extract_diagonal(v);
     } else if (token_is(&token, "Altmult")) {
         read_pair_product(stream, v, cursor);
-    } else if (token_is(&token, "Adjoint") || token_is(&token, "Altpower") || token_is(&token, "MPowermod")) {
+    } else if (token_is(&token, "MPowermod")) {
+        read_power_modulo(stream, v, cursor);
+    } else if (token_is(&token, "Adjoint")) {
+        if (read_operand(stream, v, err_need_array, cursor)) decline_matrix_algorithm();
+    } else if (token_is(&token, "Altpower")) {
         decline_matrix_algorithm();
     } else {
         return false;
@@ -199,6 +219,26 @@ void arr_fact(input_stream **stream, arr_value *v, name_node **cursor)
 
 // Terms ---------------------------------------------------------------------------------------------------
 
+// The gcd stash is in use while a term is computed, for the entries of matrices share their denominators;
+// unless the user has popped it below 0. Between terms it is freed.
+static void enter_term()
+{
+    if (lookupgcd < 0) return;
+    ++lookupgcd;
+    ++open_terms;
+}
+
+void leave_terms(std::int32_t mark)
+{
+    for (; open_terms > mark; --open_terms) {
+        if (lookupgcd == 1 && gcdmass == 0) {
+            lookupgcd = 0;  // the common case: there is nothing to free
+        } else if (lookupgcd > 0) {
+            pop_gcd_stash();
+        }
+    }
+}
+
 static bool term_goes_on()
 {
     const char c = token.text[0];
@@ -207,7 +247,7 @@ static bool term_goes_on()
 }
 
 // The factors behind the first one.
-static void arr_term_rest(input_stream **stream, arr_value *v, name_node **cursor)
+static void further_factors(input_stream **stream, arr_value *v, name_node **cursor)
 {
     while (term_goes_on()) {
         arr_value r;
@@ -223,8 +263,21 @@ static void arr_term_rest(input_stream **stream, arr_value *v, name_node **curso
 
 static void arr_term(input_stream **stream, arr_value *v, name_node **cursor)
 {
+    const std::int32_t outer = open_terms;
+    enter_term();
     arr_fact(stream, v, cursor);
-    arr_term_rest(stream, v, cursor);
+    further_factors(stream, v, cursor);
+    leave_terms(outer);
+}
+
+// A term whose first factor is in *v.
+static void half_arr_term(input_stream **stream, arr_value *v, name_node **cursor)
+{
+    const std::int32_t outer = open_terms;
+    enter_term();
+    half_arr_fact(stream, v, cursor);
+    further_factors(stream, v, cursor);
+    leave_terms(outer);
 }
 
 // Sums ----------------------------------------------------------------------------------------------------
@@ -255,8 +308,7 @@ void half_arr_expre(input_stream **stream, arr_value *v, name_node **cursor)
 {
     const std::int32_t outer = cancelflag;
     cancelflag = 1;
-    half_arr_fact(stream, v, cursor);
-    arr_term_rest(stream, v, cursor);
+    half_arr_term(stream, v, cursor);
     arr_sum_rest(stream, v, cursor);
     cancelflag = outer;
 }

@@ -17,6 +17,12 @@ inline std::int32_t want_sparse = 0;
 inline std::int32_t wanted_rows = 0;
 inline std::int32_t wanted_cols = 0;
 
+// default 0; array terms under way that keep the gcd stash in use; arr_expre, leave_terms; reset: unwind
+inline std::int32_t open_terms = 0;
+
+// Leave the terms begun since open_terms was `mark`: each one use of the gcd stash less.
+void leave_terms(std::int32_t mark);
+
 // Errors: 1 63 70 71 72 74 78 79 80 82 88 142 173 177 202, those of arr_ops.h, arr_target.h and expr.h.
 void arr_expre(input_stream **stream, arr_value *v, name_node **cursor);
 
@@ -27,9 +33,5 @@ void arr_fact(input_stream **stream, arr_value *v, name_node **cursor);
 
 // Go on behind the factor in *v: powers and evaluations of arrays.
 void half_arr_fact(input_stream **stream, arr_value *v, name_node **cursor);
-
-// v = the array that begins with the `[` before the token in hand, which is not the name of a stored array.
-// angle: `<` was passed, and the token in hand is the one behind it.
-void arr_literal(input_stream **stream, arr_value *v, name_node **cursor, bool angle);
 
 }  // namespace kelmar

@@ -65,7 +65,7 @@ static void ask_for_entries(array *a, const char *name)
 {
     asking kept;
     quolynode *copy = nullptr;
-    const std::int32_t stamp = a->arr_time;
+    const std::int64_t stamp = a->arr_time;
     const std::int32_t rows = a->arr_rows;
     own(&copy);
     for (std::int32_t k = 0; a->arr_time == stamp && k < a->arr_size; ++k) {

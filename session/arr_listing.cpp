@@ -18,18 +18,23 @@ namespace kelmar {
 
 // Saves -------------------------------------------------------------------------------------------------
 
-static quolynode *entry_of(const array *a, std::int32_t row, std::int32_t col)
+// An array as it was when it began to be written: an interrupt on the way may change or delete it, and what it
+// held is set aside then.
+struct written_array {
+    array shape;
+    quolynode *const *entries;  // of an ordinary one, borrowed
+};
+
+static const quolynode *entry_of(const written_array *w, std::int32_t row, std::int32_t col)
 {
-    const std::int64_t k = row + std::int64_t{col} * a->arr_rows;
-    return *store_slot(static_cast<std::int32_t>(a->arr_first + k));
+    return w->entries[row + std::int64_t{col} * w->shape.arr_rows];
 }
 
 // Every entry is set, to a number.
-static bool all_set_to_numbers(const array *a)
+static bool all_set_to_numbers(const written_array *w)
 {
-    for (std::int32_t s = static_cast<std::int32_t>(a->arr_first); s <= a->arr_last; ++s) {
-        const quolynode *q = *store_slot(s);
-        if (!q || !q->is_num) return false;
+    for (std::int64_t k = 0; k < w->shape.arr_size; ++k) {
+        if (!w->entries[k] || !w->entries[k]->is_num) return false;
     }
     return true;
 }
@@ -56,46 +61,47 @@ static void write_target(std::FILE *out, const array *a, std::int32_t from, std:
 
 // One coordinate: [a] := [( 1,
 //          2 )];
-static void save_column(std::FILE *out, const array *a, std::int32_t from, std::int32_t to)
+static void save_column(std::FILE *out, const written_array *w, std::int32_t from, std::int32_t to)
 {
-    write_target(out, a, from, to);
+    write_target(out, &w->shape, from, to);
     std::fputs("[( ", out);
     for (std::int32_t row = from; row < to; ++row) {
         poll_interrupt();
         if (row > from) std::fputs(",\n          ", out);
-        save_value(out, entry_of(a, row, 0));
+        save_value(out, entry_of(w, row, 0));
     }
     std::fputs("\n          )];\n", out);
 }
 
 // Two coordinates: [a] := [[ 1,2], [
 //   3,4 ]]
-static void save_rows(std::FILE *out, const array *a, std::int32_t from, std::int32_t to)
+static void save_rows(std::FILE *out, const written_array *w, std::int32_t from, std::int32_t to)
 {
-    write_target(out, a, from, to);
+    write_target(out, &w->shape, from, to);
     std::fputs("[[ ", out);
     for (std::int32_t row = from; row < to; ++row) {
         if (row > from) std::fputs("], [\n   ", out);
-        for (std::int32_t col = 0; col < a->arr_cols; ++col) {
+        for (std::int32_t col = 0; col < w->shape.arr_cols; ++col) {
             poll_interrupt();
             if (col > 0) std::fputc(',', out);
-            save_value(out, entry_of(a, row, col));
+            save_value(out, entry_of(w, row, col));
         }
     }
     std::fputs(" ]]\n;\n", out);
 }
 
 // All entries, in literals that are no longer than the reader takes.
-static void save_numbers(std::FILE *out, const array *a)
+static void save_numbers(std::FILE *out, const written_array *w)
 {
+    const array *const a = &w->shape;
     const std::int32_t rows_at_once = literal_limit / a->arr_cols;
     for (std::int32_t from = 0; from < a->arr_rows; from += rows_at_once) {
         const std::int32_t rest = a->arr_rows - from;
         const std::int32_t to = from + (rest < rows_at_once ? rest : rows_at_once);
         if (a->arr_onedim) {
-            save_column(out, a, from, to);
+            save_column(out, w, from, to);
         } else {
-            save_rows(out, a, from, to);
+            save_rows(out, w, from, to);
         }
     }
 }
@@ -110,12 +116,13 @@ static void save_entry(std::FILE *out, const array *a, std::int32_t row, std::in
     quoly_display(out, &form, q, &column);
 }
 
-static void save_entries(std::FILE *out, const array *a)
+static void save_entries(std::FILE *out, const written_array *w)
 {
+    const array *const a = &w->shape;
     for (std::int32_t col = 0; col < a->arr_cols; ++col) {
         for (std::int32_t row = 0; row < a->arr_rows; ++row) {
             poll_interrupt();
-            const quolynode *q = entry_of(a, row, col);
+            const quolynode *q = entry_of(w, row, col);
             if (q) save_entry(out, a, row, col, q);
         }
     }
@@ -142,24 +149,50 @@ static void save_sparse(std::FILE *out, const array *a)
     std::fputs(" ];\n", out);
 }
 
+static void save_ordinary(std::FILE *out, const written_array *w)
+{
+    if (all_set_to_numbers(w) && w->shape.arr_cols <= literal_limit) {
+        save_numbers(out, w);
+    } else {
+        save_entries(out, w);
+    }
+}
+
 static void do_array_p(std::FILE *out, const array *a)
 {
+    arr_value v;
+    open_value(&v);
+    refer_to_array(&v, a);
     std::fprintf(out, "Array %s[%li", a->arr_name.text, long{a->arr_rows});
     if (!a->arr_onedim) std::fprintf(out, ",%li", long{a->arr_cols});
     std::fputs(a->arr_sparse ? "] Sparse;\n" : "];\n", out);
+    written_array w = {*a, nullptr};
     if (a->arr_sparse) {
-        save_sparse(out, a);
-    } else if (all_set_to_numbers(a) && a->arr_cols <= literal_limit) {
-        save_numbers(out, a);
-    } else {
-        save_entries(out, a);
+        save_sparse(out, &w.shape);
+    } else if (gather(&v)) {
+        w.entries = v.entries;
+        save_ordinary(out, &w);
     }
+    close_value(&v);
+}
+
+// The array behind that of the stamp, by age; null behind the newest one. An interrupt may have deleted `a`,
+// which was the one of the stamp.
+static const array *next_by_age(const array *a, std::int64_t stamp)
+{
+    if (a->arr_time == stamp) return a->younger;
+    for (a = oldest_array; a && a->arr_time < stamp; a = a->younger) {
+    }
+    return a;
 }
 
 void save_arrays(std::FILE *out)
 {
-    for (const array *a = oldest_array; a; a = a->younger) {
+    const array *a = oldest_array;
+    while (a) {
+        const std::int64_t stamp = a->arr_time;
         if (a->arr_name.text[0]) do_array_p(out, a);
+        a = next_by_age(a, stamp);
     }
 }
 

@@ -2,6 +2,7 @@
 //
 // Entries are gathered in a work array as they come; rows are turned into columns at the end, when their
 // count is known. The body of a comprehension is stored once, and replayed for each entry.
+#include "session/arr_literal.h"
 #include <cstring>
 #include "matrix/sparse_ops.h"
 #include "numbers/random.h"
@@ -9,11 +10,10 @@
 #include "session/arr_access.h"
 #include "session/arr_expr.h"
 #include "session/expr.h"
-#include "session/func_records.h"
 #include "session/loops.h"
 #include "session/poly_readin.h"
 #include "session/report.h"
-#include "session/token_list.h"
+#include "session/stored_expr.h"
 
 namespace kelmar {
 
@@ -43,19 +43,13 @@ static int read_entries(input_stream **stream, arr_value *v, char closer, name_n
         disown();
         put_entry(v, &value);
         if (token.text[0] == closer) return 1;
-        if (token.text[0] != ',') {
-            error(err_bad_array_list, token.text);
-            return 0;
-        }
-        scanner(stream, &token, cursor);
+        if (!expect_and_pass(',', err_bad_array_list, stream, cursor)) return 0;
     }
 }
 
-// `(` is in hand: [(1, 2, 3)].
+// The token behind `(` is in hand: [(1, 2, 3)]. v is an array to which entries may come.
 static void read_column(input_stream **stream, arr_value *v, name_node **cursor)
 {
-    if (!begin_dense(v, 1, 1)) return;
-    scanner(stream, &token, cursor);
     if (!read_entries(stream, v, ')', cursor)) {
         empty_value(v);
         return;
@@ -120,46 +114,104 @@ static int read_place(input_stream **stream, std::int32_t *place, std::int32_t l
     return 0;
 }
 
-// Behind the row number: column, value, column, value up to the `]`, which is in hand then.
+// The next token of the data, which goes on over the line ends of the terminal too.
+static void next_of_data(input_stream **stream, name_node **cursor)
+{
+    int passed;
+    for (;;) {
+        spec_scanner(stream, &token, cursor, &passed);
+        if (!passed || *cursor || !is_line_end(*stream)) return;
+        ++(*stream)->pos;
+    }
+}
+
+// Read a value, its first token in hand. Under a modulus only a 0 that is written so is 0: what would vanish
+// comes from another ring. Declines (0) after an error.
+static int read_sparse_value(input_stream **stream, quolynode **value, name_node **cursor)
+{
+    const bool zero = token.text[0] == '0';
+    own(value);
+    if (modularmode && nomodpolyreadin) {
+        quoly_readin(stream, value, cursor);
+    } else {
+        old_expre(stream, value, cursor);
+    }
+    disown();
+    if (!modularmode || zero || !quoly_iszero(*value)) return 1;
+    free_quoly(value);
+    error(err_vanishing_modulus, token.text);
+    return 0;
+}
+
+// Entry `col` of the row = *value, which is taken over.
+static void put_sparse_value(colm **head, std::int32_t col, quolynode **value)
+{
+    colm **link = column_link(head, col);
+    if (*link && (*link)->coord == col) free_colm(link);
+    if (quoly_iszero(*value)) {
+        free_quoly(value);
+        return;
+    }
+    colm *node = newcolm(col, *value);
+    node->next = *link;
+    *link = node;
+}
+
+// Behind the row number: column, value, column, value up to the `]`; or up to a line end of the terminal, or
+// the `[` of the next row. The token behind the row is in hand then. Declines (0) after an error.
 static int read_sparse_row(input_stream **stream, arr_value *v, std::int32_t row, name_node **cursor)
 {
     colm **head = head_of_row(v->sparse, row);
     while (token.text[0] == ',') {
         std::int32_t col;
         quolynode *value = nullptr;
-        scanner(stream, &token, cursor);
+        next_of_data(stream, cursor);
         if (!read_place(stream, &col, v->cols, cursor)) return 0;
-        if (token.text[0] == ',') scanner(stream, &token, cursor);
-        own(&value);
-        old_expre(stream, &value, cursor);
-        disown();
-        colm **link = column_link(head, col);
-        if (*link && (*link)->coord == col) free_colm(link);
-        if (quoly_iszero(value)) {
-            free_quoly(&value);
-            continue;
+        if (token.text[0] != ',') {
+            error(err_need_comma, token.text);
+            return 0;
         }
-        colm *node = newcolm(col, value);
-        node->next = *link;
-        *link = node;
+        next_of_data(stream, cursor);
+        if (!read_sparse_value(stream, &value, cursor)) return 0;
+        put_sparse_value(head, col, &value);
     }
-    if (token.text[0] == ']') return 1;
-    error(err_sparse_read_end, token.text);
-    return 0;
+    if (token.text[0] == '[') return 1;
+    if (token.text[0] != ']' && (*cursor || !is_line_end(*stream))) {
+        error(err_sparse_read_end, token.text);
+        return 0;
+    }
+    if (token.text[0] == ';') ++(*stream)->pos;
+    next_of_data(stream, cursor);
+    return 1;
 }
 
-// The `[` of the first row is in hand: [[row, col, value, col, value] ..].
-static void sparse_read(input_stream **stream, arr_value *v, name_node **cursor)
+// The `[` of the first row is in hand: [[row, col, value, col, value] ..]. The `closer` is in hand then.
+static void sparse_read(input_stream **stream, arr_value *v, char closer, name_node **cursor)
 {
+    bool more = true;
     begin_sparse(v, wanted_rows, wanted_cols);
     while (token.text[0] == '[') {
         std::int32_t row;
         scanner(stream, &token, cursor);
         if (!read_place(stream, &row, v->rows, cursor)) return;
         if (!read_sparse_row(stream, v, row, cursor)) return;
-        scanner(stream, &token, cursor);
-        if (token.text[0] == ',') scanner(stream, &token, cursor);
+        more = token.text[0] == ',';
+        if (more) next_of_data(stream, cursor);
     }
+    if (more || token.text[0] != closer) error(err_sparse_read_bracket, token.text);
+}
+
+// `(` is in hand: a column, or where sparse data are wanted, those.
+static void read_in_parens(input_stream **stream, arr_value *v, bool sparse, name_node **cursor)
+{
+    if (!begin_dense(v, 1, 1)) return;
+    scanner(stream, &token, cursor);
+    if (!sparse || token.text[0] != '[') {
+        read_column(stream, v, cursor);
+        return;
+    }
+    sparse_read(stream, v, ')', cursor);
+    if (token.text[0] == ')') next_of_data(stream, cursor);
 }
 
 // Comprehensions ----------------------------------------------------------------------------------------
@@ -259,10 +311,7 @@ static void run_comprehension(input_stream **stream, arr_value *v, name_node **c
     if (!read_head(stream, &outer, cursor)) return;
     const bool two = token.text[0] == '<';
     if (two && !read_head(stream, &inner, cursor)) return;
-    if (token.text[0] != '[') {
-        error(err_need_body_bracket, token.text);
-        return;
-    }
+    if (!expect('[', err_need_body_bracket)) return;
     c.body = *cursor;
     c.first = token;
     want_sparse = sparse;
@@ -287,17 +336,11 @@ static void run_comprehension(input_stream **stream, arr_value *v, name_node **c
 static void read_comprehension(input_stream **stream, arr_value *v, name_node **cursor)
 {
     list_reader reader = {stream, cursor, token, 1, 0};
-    pending held;
+    stored_expr stored;
     set_token(&token, "<");
-    open_pending(&held);
-    obtain_sum(&reader, &held.names);
-    const token_rec behind = token;
-    name_node *at = held.names;
-    set_token(&token, at->text);
-    run_comprehension(stream, v, &at);
-    token = behind;
-    close_pending(&held);
-    freename(&held.names);
+    open_stored(&reader, obtain_sum, &stored);
+    run_comprehension(stream, v, &stored.at);
+    close_stored(&stored);
 }
 
 // Random arrays -----------------------------------------------------------------------------------------
@@ -356,9 +399,9 @@ void arr_literal(input_stream **stream, arr_value *v, name_node **cursor, bool a
         read_comprehension(stream, v, cursor);
     } else if (token.text[0] == '(') {
         want_sparse = 0;
-        read_column(stream, v, cursor);
+        read_in_parens(stream, v, sparse != 0, cursor);
     } else if (token.text[0] == '[' && sparse) {
-        sparse_read(stream, v, cursor);
+        sparse_read(stream, v, ']', cursor);
     } else if (token.text[0] == '[') {
         read_rows(stream, v, cursor);
     } else if (is_random_word()) {

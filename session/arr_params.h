@@ -12,7 +12,7 @@ namespace kelmar {
 
 struct array_argument {
     array *target;       // null: none was read
-    std::int32_t stamp;  // of the target then
+    std::int64_t stamp;  // of the target then
 };
 
 // *arg = the array whose `[` is in hand; the token behind its `]` is in hand then. Errors: 24 28 176 217 218

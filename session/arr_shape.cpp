@@ -37,6 +37,14 @@ void transpose_value(arr_value *v)
     close_value(&flipped);
 }
 
+// The entry in row and column k of the value, whose rows w walks when it is sparse; null for an unset one.
+static const quolynode *diagonal_entry(const arr_value *v, row_walk *w, std::int32_t k)
+{
+    if (!v->is_sparse) return v->entries[k + k * v->rows];
+    const colm *node = *column_link(next_row(w), k + 1);
+    return node && node->coord == k + 1 ? node->val : nullptr;
+}
+
 void extract_diagonal(arr_value *v)
 {
     arr_value diagonal;
@@ -46,15 +54,8 @@ void extract_diagonal(arr_value *v)
     if (begin_dense(&diagonal, count, 1)) {
         row_walk w = {v->is_sparse ? chain_of(v) : nullptr, 0, count};
         for (std::int32_t k = 0; k < count; ++k) {
-            const quolynode *entry = nullptr;
             quolynode *copy = nullptr;
-            if (v->is_sparse) {
-                const colm *node = *column_link(next_row(&w), k + 1);
-                if (node && node->coord == k + 1) entry = node->val;
-            } else {
-                entry = v->entries[k + k * v->rows];
-            }
-            quoly_assign(entry_or_zero(entry), &copy);
+            quoly_assign(entry_or_zero(diagonal_entry(v, &w, k)), &copy);
             put_entry(&diagonal, &copy);
         }
         diagonal.onedim = 1;

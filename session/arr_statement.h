@@ -6,9 +6,14 @@
 
 namespace kelmar {
 
+// Run the statement that begins with the `[` in hand, or with Diag or ~ in hand: an assignment, or an
+// expression, whose value becomes [<]. *result = 0. Errors: 4 42 60, those of arr_assign.h, arr_expr.h and
+// arr_target.h.
+void arr_asstat(input_stream **stream, quolynode **result, name_node **cursor);
+
 // Run the array statement that begins with `kind` ('[', '~', '"', 'A', 'M', 'S', 'T', or a determinant
 // letter), its first token in hand; behind the word with S and T. Errors: 28 72 107 194, those of
-// arr_assign.h.
+// arr_asstat.
 void arr_parse(input_stream **stream, quolynode **result, name_node **cursor, char kind);
 
 // The built-ins Sumup and Trace, their word in hand.
@@ -17,13 +22,5 @@ void builtin_trace(input_stream **stream, quolynode **n, name_node **cursor);
 
 // *p = the slot of entry name[...], the token `[` in hand; null for an absent sparse entry. Errors: 28.
 void new_arretrieve(input_stream **stream, token_rec *name, quolynode ***p, name_node **cursor);
-
-// Delete the newest array of the name, with `every` all of them. Declines (0) when there is none. Errors: 138
-// 139 342.
-int remove_arrays(token_rec *name, bool every);
-void remove_all_arrays();
-
-// Delete all arrays of the name but the newest. Declines (0) when there is none.
-int keep_newest_array(token_rec *name);
 
 }  // namespace kelmar

@@ -25,10 +25,7 @@ static int read_slot(input_stream **stream, std::int32_t *slot, name_node **curs
 {
     std::int32_t index;
     if (!read_index(stream, &index, err_index_not_number, cursor)) return 0;
-    if (token.text[0] != ']') {
-        error(err_need_close_index, token.text);
-        return 0;
-    }
+    if (!expect(']', err_need_close_index)) return 0;
     const std::int64_t place = std::int64_t{index} - addresser;
     if (place < 0 || place >= arrstash_slots) {
         error(err_bad_slot, token.text);
@@ -41,11 +38,7 @@ static int read_slot(input_stream **stream, std::int32_t *slot, name_node **curs
 
 int get_arr_arr(input_stream **stream, std::int32_t *slot, name_node **cursor)
 {
-    if (token.text[0] != '[') {
-        error(err_need_open_index, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('[', err_need_open_index, stream, cursor)) return 0;
     return read_slot(stream, slot, cursor);
 }
 
@@ -84,7 +77,7 @@ static int subarray(input_stream **stream, array_target *t, name_node **cursor)
 {
     index_range rows = {0, t->a->arr_rows - 1};
     index_range cols = {0, t->a->arr_cols - 1};
-    const std::int32_t stamp = t->a->arr_time;
+    const std::int64_t stamp = t->a->arr_time;
     scanner(stream, &token, cursor);
     if (token.text[0] != ',' &&
         !read_range(stream, &rows, t->a->arr_rows, err_bad_row_range, err_rows_reversed, cursor)) {
@@ -96,10 +89,7 @@ static int subarray(input_stream **stream, array_target *t, name_node **cursor)
             !read_range(stream, &cols, t->a->arr_cols, err_bad_col_range, err_cols_reversed, cursor)) {
             return 0;
         }
-        if (token.text[0] != ']') {
-            error(err_bad_col_range, token.text);
-            return 0;
-        }
+        if (!expect(']', err_bad_col_range)) return 0;
     }
     if (token.text[0] != ']' || t->a->arr_time != stamp) {
         error(err_bad_row_range, token.text);
@@ -119,12 +109,7 @@ static int subarray(input_stream **stream, array_target *t, name_node **cursor)
 // The `]` that closes the denotation is in hand.
 static int close_target(input_stream **stream, name_node **cursor)
 {
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
-    return 1;
+    return expect_and_pass(']', err_need_close_bracket, stream, cursor);
 }
 
 int system_target(input_stream **stream, array_target *t, name_node **cursor)

@@ -23,7 +23,7 @@ struct arr_value {
     std::int32_t filled;      // owned: so many entries are there, the others are rubbish
     sparse_frame *sparse;     // owned: the chain; null: dense
     const array *source;      // by reference: the array; the system array is &syst
-    std::int32_t stamp;       // of the source: an array that went meanwhile is error 28
+    std::int64_t stamp;       // of the source: an array that went meanwhile is error 28
     std::int32_t row0, col0;  // by reference: where the section begins, from 0
     std::int32_t is_sparse;   // it is sparse, owned or not
     arr_value *outer;         // the value announced before

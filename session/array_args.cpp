@@ -19,11 +19,7 @@ array *read_stored_array(input_stream **stream, star_use star, int section, name
 {
     array_target t;
     pass_star(stream, star, cursor);
-    if (token.text[0] != '[') {
-        error(err_need_open_bracket, token.text);
-        return nullptr;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('[', err_need_open_bracket, stream, cursor)) return nullptr;
     if (!begins_target()) {
         error(err_need_array_name, token.text);
         return nullptr;

@@ -75,6 +75,7 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
     if (!(*target)->is_num && (*target)->den) {
         error(err_has_denominator, token.text);
     } else {
+        if (!v->n) unshare(target);
         better_quoly_add(target, amount);
         if (exact_integers() && (*target)->is_num && (*target)->num->size > 1) {
             quoly_sub(*target, amount, target);

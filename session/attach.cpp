@@ -4,11 +4,13 @@
 // change in one stretch, in which nothing can fail. Stored are the scalars, shadowed ones too, the last
 // value, and what the evaluators of the running statement own.
 #include "session/attach.h"
+#include "matrix/pins.h"
 #include "poly/attach.h"
 #include "poly/variables.h"
 #include "quoly/normal_form.h"
 #include "quoly/owned.h"
 #include "quoly/quoly.h"
+#include "session/arr_stored.h"
 #include "session/arr_system.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
@@ -18,6 +20,7 @@
 #include "session/report.h"
 #include "session/seams.h"
 #include "session/stored_values.h"
+#include "session/texts.h"
 
 namespace kelmar {
 
@@ -134,14 +137,9 @@ static bool check_name(const char *text)
 static bool read_name_from_array(input_stream **stream, name_node **cursor, token_rec *name)
 {
     char text[token_room];
-    scanner(stream, &token, cursor);
-    token_rec array = token;
-    if (!get_from_array(&array, text, token_room)) return false;
+    if (!read_array_text(stream, cursor, text, token_room)) return false;
     set_token(name, text);
-    scanner(stream, &token, cursor);
-    if (token.text[0] == ']') return true;
-    error(err_need_close_bracket, token.text);
-    return false;
+    return true;
 }
 
 // The name, or the [ of an array, is in hand; the token behind is left in hand.
@@ -161,11 +159,7 @@ static bool read_name(input_stream **stream, name_node **cursor, token_rec *name
 static bool read_tail(input_stream **stream, name_node **cursor, attach_request *r)
 {
     if (token.text[0] == ')') return true;
-    if (token.text[0] != ',') {
-        error(err_need_close_switch, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass(',', err_need_close_switch, stream, cursor)) return false;
     int wrong = 0;
     if (!token_is(&token, "P")) {
         wrong = err_need_relation;
@@ -229,6 +223,10 @@ void attach_poly(input_stream **stream, name_node **cursor, bool asks)
 {
     attach_request r = {};
     if (!(asks ? ask_request(&r) : read_request(stream, cursor, &r))) return;
+    if (values_pinned > 0) {  // a computation waits that has values on its frames
+        error(err_not_at_level, r.name.text);
+        return;
+    }
     if (r.cancel) {
         cancel_variable(&r);
         return;

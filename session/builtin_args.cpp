@@ -1,6 +1,7 @@
 // session/builtin_args.cpp -- how built-in functions read their arguments.
 #include "session/builtin_args.h"
 #include <cmath>
+#include "matrix/pins.h"
 #include "numbers/dispatch.h"
 #include "quoly/owned.h"
 #include "session/arr_access.h"
@@ -13,31 +14,17 @@ namespace kelmar {
 bool open_argument(input_stream **stream, name_node **cursor, int number)
 {
     scanner(stream, &token, cursor);
-    if (token.text[0] != '(') {
-        error(number, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
-    return true;
+    return expect_and_pass('(', number, stream, cursor);
 }
 
 void close_argument(input_stream **stream, name_node **cursor)
 {
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 bool pass_comma(input_stream **stream, name_node **cursor, int number)
 {
-    if (token.text[0] != ',') {
-        error(number, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
-    return true;
+    return expect_and_pass(',', number, stream, cursor);
 }
 
 void read_argument_value(input_stream **stream, quolynode **n, name_node **cursor)
@@ -82,19 +69,22 @@ void get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor)
     v->p = &v->n;
 }
 
-quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor)
+quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor, int number)
 {
     if (token.text[0] == '^') scanner(stream, &token, cursor);
     fact(stream, v, cursor, 0);
     if (!v->n && v->p && *v->p) return v->p;
-    error(err_not_assignable, token.text);
+    error(number, token.text);
     return nullptr;
 }
 
 quolynode **settled_slot(operand *v)
 {
     if (v->at.array_time && v->at.moves != array_moves) refresh_entry(v);
-    if (v->p && *v->p) return v->p;
+    if (v->p && *v->p) {
+        unshare(v->p);
+        return v->p;
+    }
     v->at.array_time = 0;
     quoly_set(0, &v->n);
     v->p = &v->n;
@@ -106,6 +96,24 @@ void close_target(operand *v)
     if (!v->at.array_time) return;
     if (v->at.moves != array_moves) refresh_entry(v);
     if (v->at.row) purge_sparse(v->at.row, v->at.col);
+}
+
+quolynode **begin_change(input_stream **stream, change *c, name_node **cursor)
+{
+    *c = {};
+    own(&c->target.n);
+    own(&c->value);
+    borrow();
+    return new_get_quoly_ptr(stream, &c->target, cursor, err_need_variable);
+}
+
+void end_change(change *c)
+{
+    give_back();
+    disown();
+    disown();
+    if (c->value) free_quoly(&c->value);
+    if (c->target.n) free_quoly(&c->target.n);
 }
 
 bool is_finite_number(const quolynode *q)
@@ -172,7 +180,7 @@ int read_level(input_stream **stream, name_node **cursor, std::int32_t *level, i
     return 0;
 }
 
-polynode *polynomial_of(quolynode *q, polynode *room, int number)
+polynode *polynomial_of(quolynode *q, poly_room *room, int number)
 {
     if (!q->is_num && q->den) {
         error(number, token.text);

@@ -32,8 +32,8 @@ bool read_with_comma(input_stream **stream, quolynode **n, quolynode **second, n
 // borrows while p is used.
 void get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
 
-// The same for an argument that is changed: p is the slot of a variable or entry. Null after error 316.
-quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor);
+// The same for an argument that is changed: p is the slot of a variable or entry. Null after error `number`.
+quolynode **new_get_quoly_ptr(input_stream **stream, operand *v, name_node **cursor, int number);
 
 // The slot of such an argument now, after others have been read, which may have moved arrays; one of v's own
 // when its array has gone.
@@ -41,6 +41,17 @@ quolynode **settled_slot(operand *v);
 
 // Such an argument has its new value: a zero does not stay in a sparse array.
 void close_target(operand *v);
+
+// A built-in that changes its first argument, with the value behind it. Both are announced, and values are
+// borrowed, from begin_change to end_change.
+struct change {
+    operand target;
+    quolynode *value;
+};
+
+// *c filled. Behind the first argument, whose slot is returned; null after error 316.
+quolynode **begin_change(input_stream **stream, change *c, name_node **cursor);
+void end_change(change *c);
 
 // Read a number; its whole part goes to *v. Declines (0) after error `number`, for what is no number or out
 // of range.
@@ -51,7 +62,7 @@ int read_whole(input_stream **stream, name_node **cursor, std::int32_t *v, int n
 int read_level(input_stream **stream, name_node **cursor, std::int32_t *level, int number);
 
 // The value as a polynomial without denominator; null after error `number`. Borrowed; *room for a number.
-polynode *polynomial_of(quolynode *q, polynode *room, int number);
+polynode *polynomial_of(quolynode *q, poly_room *room, int number);
 
 // True when n is a number that is neither infinite nor nan.
 bool is_finite_number(const quolynode *q);

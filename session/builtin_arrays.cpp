@@ -56,11 +56,7 @@ static array *read_array_name(input_stream **stream, name_node **cursor)
         return nullptr;
     }
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket_cols, token.text);
-        return nullptr;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass(']', err_need_close_bracket_cols, stream, cursor)) return nullptr;
     return a;
 }
 
@@ -74,10 +70,7 @@ void builtin_cols(input_stream **stream, quolynode **n, name_node **cursor)
 {
     quoly_set(0, n);
     scanner(stream, &token, cursor);
-    if (token.text[0] != '[') {
-        error(err_need_open_bracket_cols, token.text);
-        return;
-    }
+    if (!expect('[', err_need_open_bracket_cols)) return;
     const array *a = read_array_name(stream, cursor);
     if (a) quoly_set(a->arr_cols, n);
 }
@@ -167,12 +160,8 @@ static std::int64_t place_of(const array *a, const quolynode *q)
 // has cancelled the array.
 static int read_scalar_beside(input_stream **stream, const array *a, quolynode **q, name_node **cursor)
 {
-    const std::int32_t stamp = a->arr_time;
-    if (token.text[0] != ',') {
-        error(err_bad_array_list, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
+    const std::int64_t stamp = a->arr_time;
+    if (!expect_and_pass(',', err_bad_array_list, stream, cursor)) return 0;
     read_argument_value(stream, q, cursor);
     close_argument(stream, cursor);
     if (a->arr_time == stamp) return 1;
@@ -243,7 +232,7 @@ static void switch_lines(input_stream **stream, quolynode **n, bool rows, name_n
     quoly_set(0, n);
     array *a = read_command(stream, star_allowed, err_sparse_section, cursor);
     if (!a) return;
-    const std::int32_t stamp = a->arr_time;
+    const std::int64_t stamp = a->arr_time;
     const std::int32_t count = rows ? a->arr_rows : a->arr_cols;
     if (!read_line(stream, &i, count, cursor) || !read_line(stream, &j, count, cursor)) return;
     close_argument(stream, cursor);
@@ -302,17 +291,6 @@ void builtin_strans(input_stream **stream, quolynode **n, name_node **cursor)
 
 // Names ------------------------------------------------------------------------------------------------
 
-// Pass the token if it begins with c. Declines (0) after error n.
-static int pass(input_stream **stream, char c, int n, name_node **cursor)
-{
-    if (token.text[0] != c) {
-        error(n, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
-    return 1;
-}
-
 // *name = the name in hand, whose letters are tokens of their own between quotes of a stored list. Declines
 // (0) after error 40, or 125 for a polynomial variable.
 static int read_joined_name(input_stream **stream, token_rec *name, name_node **cursor)
@@ -342,19 +320,20 @@ void builtin_rename(input_stream **stream, quolynode **n, name_node **cursor)
     token_rec old, fresh;
     quoly_set(0, n);
     scanner(stream, &token, cursor);
-    if (!pass(stream, '[', err_need_open_bracket, cursor) || !read_joined_name(stream, &old, cursor)) return;
-    if (!pass(stream, ']', err_rename_close_bracket, cursor)) return;
-    if (!pass(stream, ':', err_need_colon, cursor) || !pass(stream, '=', err_need_equals, cursor)) return;
-    if (!pass(stream, '\'', err_rename_quote, cursor)) return;
-    if (!pass(stream, '[', err_rename_open_bracket, cursor)) return;
-    if (!read_joined_name(stream, &fresh, cursor)) return;
-    if (!pass(stream, ']', err_rename_close_bracket, cursor)) return;
-    if (!pass(stream, '\'', err_rename_quote, cursor)) return;
-    array *a = find_array_named(&old);
-    if (!a) {
-        error(err_no_such_array, old.text);
+    if (!expect_and_pass('[', err_need_open_bracket, stream, cursor) ||
+        !read_joined_name(stream, &old, cursor) ||
+        !expect_and_pass(']', err_rename_close_bracket, stream, cursor) ||
+        !expect_and_pass(':', err_need_colon, stream, cursor) ||
+        !expect_and_pass('=', err_need_equals, stream, cursor) ||
+        !expect_and_pass('\'', err_rename_quote, stream, cursor) ||
+        !expect_and_pass('[', err_rename_open_bracket, stream, cursor) ||
+        !read_joined_name(stream, &fresh, cursor) ||
+        !expect_and_pass(']', err_rename_close_bracket, stream, cursor) ||
+        !expect_and_pass('\'', err_rename_quote, stream, cursor)) {
         return;
     }
+    array *a = known_array(&old);
+    if (!a) return;
     const array_name name = array_name_of(&fresh);
     rename_array(a, &name);
 }
@@ -378,7 +357,7 @@ static void fill_parts(array *a, polynode **list, std::int32_t count)
 
 [[gnu::noinline]] void square_free_to_array(quolynode **n, token_rec *name)
 {
-    polynode room;
+    poly_room room;
     std::int32_t count = 0;
     product_work *work = open_work(__builtin_frame_address(0));
     work->parts[0] = copy_poly(as_poly(*n, &room));

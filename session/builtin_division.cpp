@@ -38,7 +38,7 @@ static bool number_divides(const quolynode *q, const quolynode *r)
 // r divides q as polynomials in the variable of the level, over the quotients of the others.
 [[gnu::noinline]] static bool divides_in(const quolynode *q, const quolynode *r, std::int32_t level)
 {
-    polynode q_room, r_room;
+    poly_room q_room, r_room;
     product_work *work = open_work(__builtin_frame_address(0));
     polynode **const n = &work->parts[0], **const m = &work->parts[1], **const rest = &work->parts[2];
     convert_poly(as_poly(q, &q_room), level, n);
@@ -68,7 +68,7 @@ static void finish_divides(input_stream **stream, quolynode **n, const quolynode
         read_level(stream, cursor, &level, err_variable_range);
     }
     close_argument(stream, cursor);
-    polynode room;
+    poly_room room;
     if (quoly_iszero(r)) {
         error(err_zero_divisor, token.text);
         quoly_set(0, n);
@@ -97,12 +97,10 @@ void builtin_ispoly(input_stream **stream, quolynode **n, name_node **cursor)
 // *n = gcd(*n, r), both without denominator.
 [[gnu::noinline]] static void gcd_of_values(quolynode **n, const quolynode *r)
 {
-    polynode n_room, r_room;
+    poly_room n_room, r_room;
     product_work *work = open_work(__builtin_frame_address(0));
     spared_gcd(as_poly(*n, &n_room), as_poly(r, &r_room), &work->parts[0]);
-    polynode *g = work->parts[0];
-    work->parts[0] = nullptr;
-    close_work(work);
+    polynode *g = result_of_work(work);
     poly_to_quoly(&g, n);
 }
 
@@ -176,7 +174,7 @@ static bool read_egcd(input_stream **stream, egcd_arguments *a, name_node **curs
     read_argument_value(stream, &a->b, cursor);
     for (int k = 0; k < 2 && token.text[0] == ','; ++k) {
         scanner(stream, &token, cursor);
-        a->slots[k] = new_get_quoly_ptr(stream, &a->places[k], cursor);
+        a->slots[k] = new_get_quoly_ptr(stream, &a->places[k], cursor, err_need_variable);
         if (!a->slots[k]) return false;
     }
     close_argument(stream, cursor);
@@ -185,7 +183,7 @@ static bool read_egcd(input_stream **stream, egcd_arguments *a, name_node **curs
 
 [[gnu::noinline]] static void egcd_of_values(quolynode **n, egcd_arguments *a)
 {
-    polynode n_room, b_room;
+    poly_room n_room, b_room;
     product_work *work = open_work(__builtin_frame_address(0));
     polynode **const p = work->parts;
     const int done = egcd_polys(as_poly(*n, &n_room), as_poly(a->b, &b_room), &p[0], &p[1], &p[2], polynames,
@@ -242,11 +240,7 @@ static bool read_factor_arguments(input_stream **stream, quolynode **n, name_nod
     if (!open_argument(stream, cursor, err_need_open_paren)) return false;
     read_argument_value(stream, n, cursor);
     if (!pass_comma(stream, cursor, err_need_argument_comma)) return false;
-    if (token.text[0] != '[') {
-        error(err_need_open_bracket, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('[', err_need_open_bracket, stream, cursor)) return false;
     if (!is_lower(token.text[0])) {
         error(err_need_array_name, token.text);
         return false;
@@ -260,11 +254,7 @@ static bool read_factor_arguments(input_stream **stream, quolynode **n, name_nod
 static bool close_factor_arguments(input_stream **stream, name_node **cursor)
 {
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_array_name, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass(']', err_need_array_name, stream, cursor)) return false;
     close_argument(stream, cursor);
     return true;
 }

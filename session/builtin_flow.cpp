@@ -11,6 +11,7 @@
 #include "session/loops.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "session/stored_expr.h"
 
 namespace kelmar {
 
@@ -25,9 +26,7 @@ void builtin_func_definition(input_stream **stream, quolynode **n, name_node **c
 static bool stop_at_open(input_stream **stream, name_node **cursor)
 {
     scanner(stream, &token, cursor);
-    if (token.text[0] == '(') return true;
-    error(err_need_open_paren, token.text);
-    return false;
+    return expect('(', err_need_open_paren);
 }
 
 // `(` is in hand, in a stored list.
@@ -67,17 +66,11 @@ void builtin_int(input_stream **stream, quolynode **n, name_node **cursor)
         return;
     }
     list_reader reader = {stream, cursor, {}, 0, 0};
-    pending held;
-    open_pending(&held);
-    obtain_expression(&reader, &held.names);
-    const token_rec behind = token;
-    name_node *at = held.names;
-    set_token(&token, at->text);
-    read_integer(stream, n, &at);
-    close_argument(stream, &at);
-    token = behind;
-    close_pending(&held);
-    freename(&held.names);
+    stored_expr stored;
+    open_stored(&reader, obtain_expression, &stored);
+    read_integer(stream, n, &stored.at);
+    close_argument(stream, &stored.at);
+    close_stored(&stored);
 }
 
 void builtin_sigma(input_stream **stream, quolynode **n, name_node **cursor)

@@ -1,17 +1,22 @@
 // session/builtin_lists.cpp -- built-ins that take an array as a list of values.
 //
 // Sets are sparse arrays of one column whose elements rise; rows without an entry are no elements. Two of
-// them are merged in one pass. The order puts monomials first, by their exponents from the outermost variable
-// inward, and numbers behind them by their size.
+// them are merged in one pass, and Spsort brings values into that order. It puts monomials first, by their
+// exponents from the outermost variable inward, and numbers behind them by their size.
+#include <algorithm>
+#include <cstdlib>
+#include "matrix/kept_room.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_tests.h"
 #include "matrix/store.h"
 #include "numbers/compare.h"
+#include "numbers/heap.h"
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
 #include "quoly/owned.h"
 #include "quoly/power.h"
+#include "session/arr_access.h"
 #include "session/arr_system.h"
 #include "session/arr_value.h"
 #include "session/array_args.h"
@@ -54,7 +59,7 @@ static int poly_order(const polynode *a, const polynode *b)
 // -1, 0 or 1 as a comes before b, equals it, or comes behind it.
 static int mon_order(const quolynode *a, const quolynode *b)
 {
-    polynode room_a, room_b;
+    poly_room room_a, room_b;
     if (a->is_num != b->is_num) return a->is_num ? 1 : -1;
     if (a->is_num) return number_order(a->num, b->num);
     const int order = poly_order(as_poly(a, &room_a), as_poly(b, &room_b));
@@ -162,7 +167,7 @@ template <set_operation op> static void set_built_in(input_stream **stream, quol
     quoly_set(0, n);
     const array *a = as_list(read_command(stream, star_ignored, err_sparse_section, cursor));
     if (!a || !pass_comma(stream, cursor, err_need_argument_comma)) return;
-    const std::int32_t stamp = a->arr_time;
+    const std::int64_t stamp = a->arr_time;
     const array *b = as_list(read_stored_array(stream, star_ignored, err_sparse_section, cursor));
     if (!b) return;
     close_argument(stream, cursor);
@@ -189,6 +194,142 @@ void builtin_union(input_stream **stream, quolynode **n, name_node **cursor)
 void builtin_intersect(input_stream **stream, quolynode **n, name_node **cursor)
 {
     set_built_in<set_common>(stream, n, cursor);
+}
+
+// Sorted rows -----------------------------------------------------------------------------------------------
+
+// How rows are told apart.
+struct row_order {
+    std::int32_t first, last;  // the columns that count, from 1
+    const quolynode *zero;     // stands where nothing is stored
+};
+
+static const colm *first_that_counts(const colm *row, const row_order *by)
+{
+    while (row && row->coord < by->first) row = row->next;
+    return row && row->coord <= by->last ? row : nullptr;
+}
+
+static const colm *next_that_counts(const colm *node, const row_order *by)
+{
+    return node->next && node->next->coord <= by->last ? node->next : nullptr;
+}
+
+// -1, 0 or 1, by the first column in which the rows differ.
+static int order_of_rows(const colm *a, const colm *b, const row_order *by)
+{
+    a = first_that_counts(a, by);
+    b = first_that_counts(b, by);
+    while (a || b) {
+        const bool in_a = a && (!b || a->coord <= b->coord);
+        const bool in_b = b && (!a || b->coord <= a->coord);
+        const int order = mon_order(in_a ? a->val : by->zero, in_b ? b->val : by->zero);
+        if (order) return order;
+        if (in_a) a = next_that_counts(a, by);
+        if (in_b) b = next_that_counts(b, by);
+    }
+    return 0;
+}
+
+// to = the rows of from, of which two runs that rise stand side by side, in one.
+static void merge_rows(colm *const *from, std::int64_t middle, std::int64_t end, colm **to,
+                       const row_order *by)
+{
+    std::int64_t left = 0, right = middle;
+    for (std::int64_t k = 0; k < end; ++k) {
+        const bool take_left =
+            left < middle && (right == end || order_of_rows(from[left], from[right], by) <= 0);
+        to[k] = from[take_left ? left++ : right++];
+    }
+}
+
+// Sort the table of rows; equal ones keep their order. spare is as large. Return the sorted one of both.
+static colm **sort_rows(colm **table, colm **spare, std::int64_t count, const row_order *by)
+{
+    for (std::int64_t run = 1; run < count; run *= 2) {
+        for (std::int64_t at = 0; at < count; at += 2 * run) {
+            const std::int64_t rest = count - at;
+            merge_rows(table + at, std::min(run, rest), std::min(2 * run, rest), spare + at, by);
+        }
+        std::swap(table, spare);
+    }
+    return table;
+}
+
+// default empty; kept from call to call; room_for_rows; reset: never
+static kept_room sort_room = {nullptr, 0};
+
+// Two tables of `count` rows, one behind the other.
+static colm **room_for_rows(std::int64_t count)
+{
+    const std::size_t bytes = 2 * sizeof(colm *) * static_cast<std::size_t>(count);
+    if (sort_room.bytes < bytes) {
+        void *const fresh = heap_record(bytes);
+        std::free(sort_room.start);
+        sort_room = {fresh, bytes};
+    }
+    return static_cast<colm **>(sort_room.start);
+}
+
+// Sort the rows of the sparse array. They stay where they are until the order is known.
+static void sort_array(const array *a, row_order *by)
+{
+    quolynode *zero = nullptr;
+    const std::int64_t count = a->arr_rows;
+    colm **const table = room_for_rows(count);
+    quoly_set(0, &zero);
+    own(&zero);
+    by->zero = zero;
+    row_walk from = {a->arr_sparse, 0, a->arr_rows};
+    for (std::int64_t k = 0; k < count; ++k) table[k] = *next_row(&from);
+    colm **const sorted = sort_rows(table, table + count, count, by);
+    row_walk to = {a->arr_sparse, 0, a->arr_rows};
+    for (std::int64_t k = 0; k < count; ++k) *next_row(&to) = sorted[k];
+    ++array_moves;
+    disown();
+    free_quoly(&zero);
+}
+
+// Behind the array: `[, first [, last]]`, columns, from 1. Declines (0) after an error.
+static int read_sort_columns(input_stream **stream, const array *a, row_order *by, name_node **cursor)
+{
+    *by = {1, a->arr_cols, nullptr};
+    std::int32_t *const ends[] = {&by->first, &by->last};
+    for (int k = 0; k < 2 && token.text[0] == ','; ++k) {
+        scanner(stream, &token, cursor);
+        if (!read_index(stream, ends[k], err_sort_column_kind, cursor)) return 0;
+        *ends[k] += 1 - addresser;
+    }
+    const int wrong = by->first < 1 || by->first > a->arr_cols         ? err_sort_first_column
+                      : by->last < by->first || by->last > a->arr_cols ? err_sort_not_sparse
+                                                                       : 0;
+    if (wrong) error(wrong, token.text);
+    return !wrong;
+}
+
+// `[s]` or `([s] [, first [, last]])`.
+void builtin_spsort(input_stream **stream, quolynode **n, name_node **cursor)
+{
+    row_order by;
+    quoly_set(0, n);
+    scanner(stream, &token, cursor);
+    const bool brackets = token.text[0] == '(';
+    if (brackets) scanner(stream, &token, cursor);
+    const array *a = read_stored_array(stream, star_ignored, err_sort_not_sparse, cursor);
+    if (!a) return;
+    if (!a->arr_sparse) {
+        error(err_sort_not_sparse, a->arr_name.text);
+        return;
+    }
+    const auto stamp = a->arr_time;
+    by = {1, a->arr_cols, nullptr};
+    if (brackets && !read_sort_columns(stream, a, &by, cursor)) return;
+    if (brackets) close_argument(stream, cursor);
+    if (a->arr_time != stamp || !a->arr_sparse) {
+        error(err_no_such_array, "[");  // a column number has cancelled it
+        return;
+    }
+    sort_array(a, &by);
 }
 
 // Polynomials from coefficients ---------------------------------------------------------------------------

@@ -26,22 +26,13 @@ void not_implemented()
 // `[` should be in hand: pass the name of an array that is to be made. Declines (0) after an error.
 static int pass_new_array(input_stream **stream, name_node **cursor)
 {
-    if (token.text[0] != '[') {
-        error(err_need_open_bracket, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('[', err_need_open_bracket, stream, cursor)) return 0;
     if (!is_lower(token.text[0])) {
         error(err_need_array_name, token.text);
         return 0;
     }
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
-    return 1;
+    return expect_and_pass(']', err_need_close_bracket, stream, cursor);
 }
 
 // Pass the `, [l] , [r] ..` behind an array, and the `)`. Declines (0) after an error.
@@ -51,12 +42,7 @@ static int pass_transformations(input_stream **stream, name_node **cursor)
         scanner(stream, &token, cursor);
         if (!pass_new_array(stream, cursor)) return 0;
     }
-    if (token.text[0] != ')') {
-        error(err_bad_array_list, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
-    return 1;
+    return expect_and_pass(')', err_bad_array_list, stream, cursor);
 }
 
 // `([a] [, [l]] [, [r]])`.
@@ -139,29 +125,39 @@ void builtin_minors(input_stream **stream, quolynode **n, name_node **cursor)
 
 static constexpr std::int32_t smallest_mills = 8;  // rows; smaller ones are better served by Chpoly
 
+static bool is_row_of_numbers(const colm *node)
+{
+    while (node && node->val->is_num) node = node->next;
+    return !node;
+}
+
+static bool has_numbers_only(arr_value *v)
+{
+    if (!v->is_sparse) {
+        if (!gather(v)) return true;
+        for (std::int32_t k = 0; k < entry_count(v); ++k) {
+            if (!entry_or_zero(v->entries[k])->is_num) return false;
+        }
+        return true;
+    }
+    row_walk w = {chain_of(v), 0, v->rows};
+    while (colm **head = next_row(&w)) {
+        if (!is_row_of_numbers(*head)) return false;
+    }
+    return true;
+}
+
 // What keeps the array from having its minimal polynomial found; 0: nothing.
 static int mills_refusal(const array *a)
 {
     arr_value v;
-    int wrong = 0;
     if (!is_square(a)) return err_mills_square;
     if (a->arr_rows < smallest_mills) return err_mills_size;
     open_value(&v);
     refer_to_array(&v, a);
-    if (v.is_sparse) {
-        row_walk w = {a->arr_sparse, 0, a->arr_rows};
-        while (colm **head = next_row(&w)) {
-            for (const colm *node = *head; node; node = node->next) {
-                if (!node->val->is_num) wrong = err_mills_numbers;
-            }
-        }
-    } else if (gather(&v)) {
-        for (std::int32_t k = 0; k < entry_count(&v); ++k) {
-            if (!entry_or_zero(v.entries[k])->is_num) wrong = err_mills_numbers;
-        }
-    }
+    const bool numbers = has_numbers_only(&v);
     close_value(&v);
-    return wrong ? wrong : lintmode && !modularmode ? err_mills_ring : 0;
+    return !numbers ? err_mills_numbers : lintmode && !modularmode ? err_mills_ring : 0;
 }
 
 void builtin_minpoly(input_stream **stream, quolynode **n, name_node **cursor)
@@ -181,19 +177,6 @@ void builtin_minpoly(input_stream **stream, quolynode **n, name_node **cursor)
         if (!read_whole(stream, cursor, &k, err_not_a_number)) return;
     }
     close_argument(stream, cursor);
-    not_implemented();
-}
-
-// `[s]` or `([s])`, which must be sparse.
-void builtin_spsort(input_stream **stream, quolynode **n, name_node **cursor)
-{
-    quoly_set(0, n);
-    const array *a = read_one_array(stream, cursor);
-    if (!a) return;
-    if (!a->arr_sparse) {
-        error(err_need_sparse_array, token.text);
-        return;
-    }
     not_implemented();
 }
 
@@ -267,12 +250,7 @@ static int read_extras(input_stream **stream, name_node **cursor)
         scanner(stream, &token, cursor);
         if (!read_extra(stream, k, cursor)) return 0;
     }
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
-    return 1;
+    return expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 // `#` is in hand: `#([a]) = expression`. Declines (0) after an error.
@@ -280,11 +258,7 @@ static int read_comparison(input_stream **stream, arr_value *v, name_node **curs
 {
     quolynode *right = nullptr;
     scanner(stream, &token, cursor);
-    if (token.text[0] != '(') {
-        error(err_need_paren_det, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('(', err_need_paren_det, stream, cursor)) return 0;
     arr_expre(stream, v, cursor);
     if (v->is_sparse) {
         error(err_sparse_refused, token.text);

@@ -7,6 +7,8 @@
 #include "numbers/primes.h"
 #include "numbers/random.h"
 #include "numbers/startup.h"
+#include "numbers/word_mod.h"
+#include "poly/laurent.h"
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
@@ -16,6 +18,7 @@
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
 #include "session/factor.h"
+#include "session/output.h"
 #include "session/report.h"
 
 namespace kelmar {
@@ -230,7 +233,7 @@ static int take_root(number *n)
     switch (live_view()) {
     case view_float: n->real = std::sqrt(n->real); break;
     case view_field:
-    case view_modular: n->word = modular_sqrt(n->word); break;
+    case view_modular: n->word = modular_sqrt(to_residue(n->word)); break;
     case view_word: n->word = static_cast<std::int32_t>(std::lround(std::sqrt(n->word))); break;
     case view_small:
     case view_digits: int_sqrt(n, n, 1); break;
@@ -273,11 +276,27 @@ static void power_modulo(quolynode **n, std::int32_t e, const quolynode *m)
     *n = power;
 }
 
-// What is wrong with the operands of Powermod, as an error number; 0: nothing.
+static bool has_den(const quolynode *q)
+{
+    return !q->is_num && q->den;
+}
+
+static bool goes_below_zero(const quolynode *q)
+{
+    return laurent && !q->is_num && has_negative_exponents(q->top);
+}
+
+// What is wrong with the operands of Powermod, as an error number; 0: nothing. A null m stands for none. An
+// inverse is there for residues only, and only where no modulus of another kind is asked for.
 static int powermod_fault(const quolynode *q, std::int32_t e, const quolynode *m)
 {
-    if ((!q->is_num && q->den) || (!m->is_num && m->den)) return err_power_denominator;
-    if (e < 0) return err_negative_power;
+    if (has_den(q) || (m && has_den(m))) return err_power_denominator;
+    if (e < 0 && !(q->is_num && !m && modularmode && mod_is_prime)) {
+        std::fprintf(Output, "*** bad exponent (negative): %d\n", static_cast<int>(e));
+        return err_negative_power;
+    }
+    if (!m) return 0;
+    if (goes_below_zero(q) || goes_below_zero(m)) return err_negative_exponents;
     if (quoly_iszero(m)) return err_zero_divisor;
     if (m->is_num || ground_field()) return 0;
     int minus = 0;
@@ -304,7 +323,7 @@ void builtin_powermod(input_stream **stream, quolynode **n, name_node **cursor)
         read_argument_value(stream, &m, cursor);
     }
     if (complete) close_argument(stream, cursor);
-    const int fault = complete && m ? powermod_fault(*n, e, m) : 0;
+    const int fault = complete ? powermod_fault(*n, e, m) : 0;
     if (fault) {
         error(fault, token.text);
     } else if (complete && m) {

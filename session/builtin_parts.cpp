@@ -16,7 +16,7 @@
 namespace kelmar {
 
 // The value as a polynomial; of a fraction its numerator.
-static const polynode *numerator(const quolynode *q, polynode *room)
+static const polynode *numerator(const quolynode *q, poly_room *room)
 {
     return as_poly(q, room);
 }
@@ -39,7 +39,7 @@ static void set_count(std::int64_t count, quolynode **q)
 template <std::int32_t (*degree)(const polynode *, std::int32_t)>
 static std::int32_t generalized_degree(const quolynode *q, std::int32_t level)
 {
-    polynode room;
+    poly_room room;
     const std::int32_t top = degree(numerator(q, &room), level);
     return q->is_num || !q->den ? top : top - degree(q->den, level);
 }
@@ -60,7 +60,9 @@ static void read_degree(input_stream **stream, quolynode **n, name_node **cursor
     } else {
         old_fact(stream, n, cursor);
     }
-    quoly_set(generalized_degree<degree>(*n, level), n);
+    const std::int32_t d = generalized_degree<degree>(*n, level);
+    quoly_set(d, n);
+    if (d < 0) number_to_residue(*n);
 }
 
 void builtin_deg(input_stream **stream, quolynode **n, name_node **cursor)
@@ -89,7 +91,7 @@ void builtin_codeg(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_totdeg(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     if (!standard_read(stream, n, cursor)) return;
     const polynode *p = polynomial_of(*n, &room, err_degree_denominator);
     if (p) set_count(total_degree(p), n);
@@ -97,13 +99,13 @@ void builtin_totdeg(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_height(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     if (standard_read(stream, n, cursor)) quoly_set(poly_height(numerator(*n, &room)), n);
 }
 
 void builtin_level(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     if (standard_read(stream, n, cursor)) quoly_set(poly_level(numerator(*n, &room)), n);
 }
 
@@ -129,7 +131,7 @@ void builtin_vars(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_terms(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     if (standard_read(stream, n, cursor)) set_count(f_numterms(numerator(*n, &room)), n);
 }
 
@@ -216,9 +218,9 @@ void builtin_coef(input_stream **stream, quolynode **n, name_node **cursor)
         if (!read_level(stream, cursor, &level, err_bad_coef_variable)) return;
     }
     close_argument(stream, cursor);
-    polynode room;
+    poly_room room;
     polynode *coef = nullptr;
-    const polynode *p = polynomial_of(*n, &room, err_has_denominator);
+    const polynode *p = polynomial_of(*n, &room, err_coef_denominator);
     if (!p) return;
     extract_coef(p, level, e, &coef);
     put_poly(&coef, n);
@@ -228,7 +230,7 @@ void builtin_coef(input_stream **stream, quolynode **n, name_node **cursor)
 // as_poly.
 static void leading_part(input_stream **stream, quolynode **n, name_node **cursor, std::int32_t levels)
 {
-    polynode room;
+    poly_room room;
     polynode *coef = nullptr;
     if (!standard_read(stream, n, cursor)) return;
     const polynode *p = polynomial_of(*n, &room, err_denominator_refused);
@@ -264,7 +266,7 @@ void builtin_tcoef(input_stream **stream, quolynode **n, name_node **cursor)
 void builtin_monic(input_stream **stream, quolynode **n, name_node **cursor)
 {
     if (!standard_read(stream, n, cursor)) return;
-    polynode room;
+    poly_room room;
     polynode *coef = nullptr;
     const polynode *p = polynomial_of(*n, &room, err_denominator_refused);
     if (!p) return;
@@ -279,7 +281,7 @@ void builtin_monic(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_lterm(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     polynode *term = nullptr;
     if (!standard_read(stream, n, cursor)) return;
     const polynode *p = polynomial_of(*n, &room, err_denominator_refused);
@@ -290,7 +292,7 @@ void builtin_lterm(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_lmon(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    polynode room;
+    poly_room room;
     polynode *m = nullptr;
     if (!standard_read(stream, n, cursor)) return;
     const polynode *p = polynomial_of(*n, &room, err_has_denominator);
@@ -319,7 +321,7 @@ void builtin_mcoef(input_stream **stream, quolynode **n, name_node **cursor)
         if (fault) {
             error(fault, token.text);
         } else {
-            polynode room;
+            poly_room room;
             polynode *coef = nullptr;
             monomial_coef((*n)->top, as_poly(m, &room), &coef);
             put_poly(&coef, n);
@@ -331,11 +333,27 @@ void builtin_mcoef(input_stream **stream, quolynode **n, name_node **cursor)
 
 // Change in place -------------------------------------------------------------------------------------------
 
-// What is wrong with a coefficient to be put in, as an error number; 0: nothing.
-static int coefficient_fault(const quolynode *c)
+// The errors of one of the two.
+struct coef_errors {
+    int exponent_kind;  // the exponent is no whole number
+    int exponent;       // there is no such term
+    int value;          // the coefficient has the first variable
+    int denominator;    // of the value that is changed
+};
+
+static const coef_errors setting_errors = {err_bad_coef_exponent, err_bad_coef_exponent, err_bad_coef_value,
+                                           err_set_coef_denominator};
+static const coef_errors adding_errors = {err_bad_addend_exponent, err_bad_coef_change, err_bad_coef_addend,
+                                          err_change_coef_denominator};
+
+// Why the coefficient of the power e of q cannot be changed by c, as an error number; 0: it can.
+static int change_fault(const quolynode *q, std::int32_t e, const quolynode *c, const coef_errors *wrong)
 {
+    if (!q->is_num && q->den) return wrong->denominator;
+    if ((e < 0 && !laurent) || (e != 0 && number_polys == 0)) return wrong->exponent;
     if (c->is_num) return 0;
-    return c->den || !is_wrapper(c->top) ? err_bad_coef_value : 0;
+    if (c->den) return err_has_denominator;
+    return is_wrapper(c->top) ? 0 : wrong->value;
 }
 
 // *slot gets c as its coefficient of the power e, or added to it. c is consumed.
@@ -358,36 +376,24 @@ static void read_change(input_stream **stream, quolynode **n, name_node **cursor
 {
     quoly_set(0, n);
     if (!open_argument(stream, cursor, err_need_open_paren)) return;
+    const coef_errors *wrong = add ? &adding_errors : &setting_errors;
     std::int32_t e = 0;
-    operand target = {};
-    quolynode *c = nullptr;
-    own(&target.n);
-    own(&c);
-    borrow();
-    quolynode **slot = new_get_quoly_ptr(stream, &target, cursor);
-    const bool complete = slot && pass_comma(stream, cursor, err_need_comma) &&
-                          read_whole(stream, cursor, &e, err_bad_coef_exponent) &&
-                          pass_comma(stream, cursor, err_need_comma);
-    if (complete) {
-        read_argument_value(stream, &c, cursor);
+    change c;
+    if (begin_change(stream, &c, cursor) && pass_comma(stream, cursor, err_need_comma) &&
+        read_whole(stream, cursor, &e, wrong->exponent_kind) &&
+        pass_comma(stream, cursor, err_need_comma)) {
+        read_argument_value(stream, &c.value, cursor);
         close_argument(stream, cursor);
-        slot = settled_slot(&target);
-        if (!(*slot)->is_num && (*slot)->den) {
-            error(add ? err_change_coef_denominator : err_set_coef_denominator, token.text);
-        } else if ((e < 0 && !laurent) || (e != 0 && number_polys == 0)) {
-            error(err_bad_coef_exponent, token.text);
-        } else if (coefficient_fault(c)) {
-            error(coefficient_fault(c), token.text);
+        quolynode **slot = settled_slot(&c.target);
+        const int fault = change_fault(*slot, e, c.value, wrong);
+        if (fault) {
+            error(fault, token.text);
         } else {
-            change_coef(slot, e, &c, add);
-            close_target(&target);
+            change_coef(slot, e, &c.value, add);
+            close_target(&c.target);
         }
     }
-    give_back();
-    disown();
-    disown();
-    if (c) free_quoly(&c);
-    if (target.n) free_quoly(&target.n);
+    end_change(&c);
 }
 
 void builtin_setcoef(input_stream **stream, quolynode **n, name_node **cursor)

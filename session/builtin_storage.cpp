@@ -1,5 +1,6 @@
 // session/builtin_storage.cpp -- built-ins that change variables in place, show values, or tell of the
 // session.
+#include "matrix/pins.h"
 #include "numbers/number.h"
 #include "poly/display.h"
 #include "quoly/add.h"
@@ -26,9 +27,11 @@ static void on_two_slots(input_stream **stream, quolynode **n, name_node **curso
     own(&first.n);
     own(&second.n);
     borrow();
-    quolynode **x = new_get_quoly_ptr(stream, &first, cursor);
+    quolynode **x = new_get_quoly_ptr(stream, &first, cursor, err_not_assignable);
     quolynode **y = nullptr;
-    if (x && pass_comma(stream, cursor, err_need_comma)) y = new_get_quoly_ptr(stream, &second, cursor);
+    if (x && pass_comma(stream, cursor, err_need_comma)) {
+        y = new_get_quoly_ptr(stream, &second, cursor, err_not_assignable);
+    }
     if (y) {
         close_argument(stream, cursor);
         x = settled_slot(&first);
@@ -72,29 +75,20 @@ void builtin_move(input_stream **stream, quolynode **n, name_node **cursor)
 
 // One place -------------------------------------------------------------------------------------------------
 
-// Behind the name: `(^x, q)`. change runs on the slot of x.
+// Behind the name: `(^x, q)`. work runs on the slot of x.
 static void on_slot(input_stream **stream, quolynode **n, name_node **cursor,
-                    void (*change)(quolynode **x, const quolynode *q))
+                    void (*work)(quolynode **x, const quolynode *q))
 {
     quoly_set(0, n);
     if (!open_argument(stream, cursor, err_need_open_paren)) return;
-    operand target = {};
-    quolynode *q = nullptr;
-    own(&target.n);
-    own(&q);
-    borrow();
-    quolynode **x = new_get_quoly_ptr(stream, &target, cursor);
-    if (x && pass_comma(stream, cursor, err_need_comma)) {
-        read_argument_value(stream, &q, cursor);
+    change c;
+    if (begin_change(stream, &c, cursor) && pass_comma(stream, cursor, err_need_comma)) {
+        read_argument_value(stream, &c.value, cursor);
         close_argument(stream, cursor);
-        change(settled_slot(&target), q);
-        close_target(&target);
+        work(settled_slot(&c.target), c.value);
+        close_target(&c.target);
     }
-    give_back();
-    disown();
-    disown();
-    if (q) free_quoly(&q);
-    if (target.n) free_quoly(&target.n);
+    end_change(&c);
 }
 
 void builtin_multo(input_stream **stream, quolynode **n, name_node **cursor)
@@ -102,9 +96,22 @@ void builtin_multo(input_stream **stream, quolynode **n, name_node **cursor)
     on_slot(stream, n, cursor, fast_quoly_mult);
 }
 
+// Sums with denominators are interrupted: x is not touched before they are done.
+static void add_to_storage(quolynode **x, const quolynode *q)
+{
+    quolynode *sum = nullptr;
+    if (((*x)->is_num || !(*x)->den) && (q->is_num || !q->den)) {
+        better_quoly_add(x, q);
+        return;
+    }
+    quoly_add(*x, q, &sum);
+    retire_value(x);
+    *x = sum;
+}
+
 void builtin_addto(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    on_slot(stream, n, cursor, better_quoly_add);
+    on_slot(stream, n, cursor, add_to_storage);
 }
 
 // Output ----------------------------------------------------------------------------------------------------
@@ -112,7 +119,7 @@ void builtin_addto(input_stream **stream, quolynode **n, name_node **cursor)
 // Write the nodes of a part of a value, and make the value 0.
 static void dump_part(quolynode **n, bool den)
 {
-    polynode room;
+    poly_room room;
     const polynode *p = den ? ((*n)->is_num ? nullptr : (*n)->den) : as_poly(*n, &room);
     if (noisy) {
         if (p) crude_poly_disp(Output, 1, p, 0, polynames);

@@ -3,7 +3,7 @@
 // Each item of the list is told by its first token. Deleting takes the newest record of a name, so an older
 // one of the same name becomes visible again.
 #include "session/cancel.h"
-#include "session/arr_statement.h"
+#include "session/arr_stored.h"
 #include "session/names.h"
 #include "session/report.h"
 
@@ -22,10 +22,7 @@ static void cancel_arrays(input_stream **stream, name_node **cursor)
     }
     token_rec name = token;
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket, token.text);
-        return;
-    }
+    if (!expect(']', err_need_close_bracket)) return;
     if (!all && !remove_arrays(&name, starred)) error(err_no_such_array, name.text);
     if (all) remove_all_arrays();
 }
@@ -43,16 +40,9 @@ static void cancel_older(input_stream **stream, name_node **cursor)
     }
     scanner(stream, &token, cursor);
     if (array) {
-        if (token.text[0] != ']') {
-            error(err_need_close_bracket, token.text);
-            return;
-        }
-        scanner(stream, &token, cursor);
+        if (!expect_and_pass(']', err_need_close_bracket, stream, cursor)) return;
     }
-    if (token.text[0] != '>') {
-        error(err_cancel_need_angle, token.text);
-        return;
-    }
+    if (!expect('>', err_cancel_need_angle)) return;
     if (array ? !keep_newest_array(&name) : !keep_newest_function(&name)) {
         error(array ? err_no_such_array : err_no_such_function, name.text);
     }
@@ -88,11 +78,7 @@ void rubout(input_stream **stream, name_node **cursor)
         single_rubout(stream, cursor);
         scanner(stream, &token, cursor);
     } while (token.text[0] == ',');
-    if (token.text[0] != ')') {
-        error(err_bad_cancel_list, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_bad_cancel_list, stream, cursor);
 }
 
 }  // namespace kelmar

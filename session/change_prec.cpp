@@ -4,6 +4,7 @@
 // change, then stored values are converted one by one, over the new ring, each from the view that the old one
 // has left. While they are, no interrupt is answered, since values of two rings stand side by side.
 #include "session/change_prec.h"
+#include "matrix/pins.h"
 #include "numbers/convert.h"
 #include "numbers/random.h"
 #include "poly/div_karat.h"
@@ -216,6 +217,10 @@ static void change_quol(quolynode **slot)
 
 bool change_laurent(std::int32_t v)
 {
+    if (values_pinned > 0) {  // a computation waits that has values on its frames
+        error(err_not_at_level, token.text);
+        return false;
+    }
     if (lintmode) {
         error(err_not_in_this_ring, token.text);
         return false;

@@ -163,11 +163,7 @@ static int bool_fact(input_stream **stream, name_node **cursor)
     if (token.text[0] != '[') return evalcond(stream, cursor);
     scanner(stream, &token, cursor);
     const int value = bool_expre(stream, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_bracket_condition, token.text);
-        return 0;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass(']', err_need_bracket_condition, stream, cursor)) return 0;
     return value;
 }
 

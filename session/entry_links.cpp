@@ -65,7 +65,11 @@ static void retrieve_fixed(input_stream **stream, entry_link *link, operand *v, 
     scanner(stream, &token, cursor);
     v->at = link->at;
     v->p = link->slot;
-    if (v->p && !*v->p) quoly_set(0, v->p);
+    if (v->at.moves != array_moves) {  // an interrupt was answered in between
+        refresh_entry(v);
+    } else if (v->p && !*v->p) {
+        quoly_set(0, v->p);
+    }
 }
 
 // Read the coordinates behind the `[` in hand; the token behind `]` is in hand then. Declines (0) after an

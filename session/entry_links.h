@@ -11,7 +11,7 @@ namespace kelmar {
 
 struct entry_link {
     array *target;       // of kind 3: the array, null when there is none
-    std::int32_t stamp;  // of the target
+    std::int64_t stamp;  // of the target
     entry_ref at;        // of kind 2: the entry
     quolynode **slot;    // of kind 2: its place while at.moves is array_moves; null: it is absent
     name_node *formal;   // the formal parameter that the array belongs to; null: it is none

@@ -65,11 +65,7 @@ static void read_named(input_stream **stream, value_list *list, name_node **curs
         return;
     }
     scanner(stream, &token, cursor);
-    if (token.text[0] != '=') {
-        error(err_need_equals_value, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('=', err_need_equals_value, stream, cursor)) return;
     old_expre(stream, &list->values[level - 1], cursor);
     if (level > list->last) list->last = level;
 }
@@ -103,11 +99,7 @@ static void read_values(input_stream **stream, value_list *list, name_node **cur
         if (token.text[0] != ',') break;
         scanner(stream, &token, cursor);
     }
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 // The values are the entries of the array, in the order of storage. Those of a short one leave the rest.
@@ -138,11 +130,7 @@ static void read_array_values(input_stream **stream, value_list *list, name_node
     const array *a = read_stored_array(stream, star_ignored, err_need_array_name, cursor);
     if (!a) return;
     take_entries(a, list);
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 void evaluate_at_array(input_stream **stream, const quolynode *q, arr_value *r, name_node **cursor)
@@ -181,6 +169,7 @@ static void substitute(value_list *list, quolynode **n)
 {
     fill_gaps(list);
     for (std::int32_t k = 0; k < list->last; ++k) {
+        number_to_residue(list->values[k]);
         list->values[k]->next = k + 1 < list->last ? list->values[k + 1] : nullptr;
     }
     if (list->last == 1 && list->values[0]) {

@@ -14,6 +14,7 @@
 #include "session/func_run.h"
 #include "session/plain_run.h"
 #include "session/postfix.h"
+#include "session/private_value.h"
 #include "session/pset.h"
 #include "session/report.h"
 #include "session/token_list.h"  // no_builtin
@@ -230,19 +231,6 @@ void expre(input_stream **stream, operand *v, name_node **cursor)
 
 // The other families ----------------------------------------------------------------------------------------
 
-// Make *n what `read` reads, as a private value.
-template <void (*read)(input_stream **, operand *, name_node **)>
-static void read_private(input_stream **stream, quolynode **n, name_node **cursor)
-{
-    operand v = {};
-    free_quoly(n);
-    own(&v.n);
-    read(stream, &v, cursor);
-    make_private(&v);
-    disown();
-    *n = v.n;
-}
-
 void sum_of_terms(input_stream **stream, operand *v, name_node **cursor)
 {
     announced_term(stream, v, cursor);
@@ -258,20 +246,6 @@ void old_expre(input_stream **stream, quolynode **n, name_node **cursor)
 void old_term(input_stream **stream, quolynode **n, name_node **cursor)
 {
     read_private<announced_term>(stream, n, cursor);
-}
-
-// Go on from the operand in *n.
-template <void (*rest)(input_stream **, operand *, name_node **)>
-static void continue_private(input_stream **stream, quolynode **n, name_node **cursor)
-{
-    operand v = {};
-    v.n = *n;
-    v.p = &v.n;
-    *n = nullptr;
-    own(&v.n);
-    rest(stream, &v, cursor);
-    disown();
-    *n = v.n;
 }
 
 static void sum_from_factor(input_stream **stream, operand *v, name_node **cursor)

@@ -5,6 +5,7 @@
 // postfix forms already, because its operand was a whole factor, says so.
 #include "session/factor.h"
 #include <cmath>
+#include "matrix/pins.h"
 #include "poly/variables.h"
 #include "quoly/owned.h"
 #include "session/arr_access.h"
@@ -18,6 +19,7 @@
 #include "session/names.h"
 #include "session/output.h"
 #include "session/postfix.h"
+#include "session/private_value.h"
 #include "session/report.h"
 #include "session/statement.h"
 #include "session/token_list.h"
@@ -109,6 +111,7 @@ static void read_handed_over(input_stream **stream, operand *v, name_node **curs
     if (its_a_polyname(token.text)) error(err_star_poly, token.text);
     read_name(stream, v, cursor);
     if (v->n || !v->p) return;
+    unshare(v->p);
     v->n = *v->p;
     *v->p = nullptr;
     quoly_set(1, v->p);
@@ -151,21 +154,12 @@ static void read_negated(input_stream **stream, operand *v, name_node **cursor)
     use_computed(v);
 }
 
-static void expect_close(input_stream **stream, name_node **cursor)
-{
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
-}
-
 static void read_bracketed(input_stream **stream, operand *v, name_node **cursor)
 {
     scanner(stream, &token, cursor);
     old_expre(stream, &v->n, cursor);
     use_computed(v);
-    expect_close(stream, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 static void read_great_int(input_stream **stream, operand *v, name_node **cursor)
@@ -181,10 +175,7 @@ static void read_absolute(input_stream **stream, operand *v, name_node **cursor)
     scanner(stream, &token, cursor);
     old_fact(stream, &v->n, cursor);
     use_computed(v);
-    if (token.text[0] != '|') {
-        error(err_need_close_bar, token.text);
-        return;
-    }
+    if (!expect('|', err_need_close_bar)) return;
     quoly_abs(&v->n);
     scanner(stream, &token, cursor);
 }
@@ -240,7 +231,7 @@ static void read_maths(input_stream **stream, operand *v, name_node **cursor)
     }
     scanner(stream, &token, cursor);
     old_expre(stream, &v->n, cursor);
-    expect_close(stream, cursor);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
     if (v->n->is_num) {
         apply_maths(&name, v->n->num);
     } else {
@@ -426,38 +417,29 @@ void fact(input_stream **stream, operand *v, name_node **cursor, int keep_absent
     read_fact<false>(stream, v, cursor, keep_absent);
 }
 
+static void any_factor(input_stream **stream, operand *v, name_node **cursor)
+{
+    fact(stream, v, cursor, 0);
+}
+
+static void factor_before_evaluation(input_stream **stream, operand *v, name_node **cursor)
+{
+    read_fact<true>(stream, v, cursor, 0);
+}
+
 void fact_before_evaluation(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    operand v = {};
-    free_quoly(n);
-    own(&v.n);
-    read_fact<true>(stream, &v, cursor, 0);
-    make_private(&v);
-    disown();
-    *n = v.n;
+    read_private<factor_before_evaluation>(stream, n, cursor);
 }
 
 void old_fact(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    operand v = {};
-    free_quoly(n);
-    own(&v.n);
-    fact(stream, &v, cursor, 0);
-    make_private(&v);
-    disown();
-    *n = v.n;
+    read_private<any_factor>(stream, n, cursor);
 }
 
 void half_fact(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    operand v = {};
-    v.n = *n;
-    v.p = &v.n;
-    *n = nullptr;
-    own(&v.n);
-    postfix(stream, &v, cursor);
-    disown();
-    *n = v.n;
+    continue_private<postfix>(stream, n, cursor);
 }
 
 }  // namespace kelmar

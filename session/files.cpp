@@ -36,7 +36,7 @@ static bool read_answered_name(const char *cancelled, char *name)
 {
     name[0] = 0;
     if (token.text[0] == '\'') return read_quoted_name(name);
-    if (token.text[0] == '[') return read_array_text(&Input, &zilch, name);
+    if (token.text[0] == '[') return read_array_text(&Input, &zilch, name, text_room);
     if (token.text[0] == '@') {
         std::fputs(cancelled, Output);
         return false;

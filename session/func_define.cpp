@@ -186,12 +186,9 @@ static void read_parameters(func_node *f, list_reader *r)
         read_parameter(end, f->params, r);
         end = &(*end)->next;
     } while (token.text[0] == ',' || (token.text[0] == ';' && !input_is_cut(r)));
-    if (token.text[0] != ')') {
-        error(err_bad_parameter_list, token.text);
-        return;
-    }
+    if (!expect(')', err_bad_parameter_list)) return;
     next_token(r);
-    if (token.text[0] != '=') error(err_need_equals_after_params, token.text);
+    expect('=', err_need_equals_after_params);
 }
 
 // The "." is in hand: read the token behind it. In a file the end of the line counts as ";", so that the next
@@ -241,6 +238,7 @@ void funcdef(input_stream **stream, name_node **cursor)
     --func_def_count;
     f->next = func_store[f->index];
     func_store[f->index] = f;
+    if (definitions < UINT16_MAX) ++definitions;
     new_funcs = 1;
     if (find_built_in(f->text) >= 0) {
         std::fprintf(Output, " *** Warning. %s is a built-in. Your definition can't be reached.\n", f->text);

@@ -10,9 +10,9 @@
 #include "session/entry_links.h"
 #include "session/evaluator.h"
 #include "session/func_run.h"
-#include "session/int_expr.h"
 #include "session/report.h"
 #include "session/trace.h"
+#include "session/words.h"
 
 namespace kelmar {
 
@@ -92,16 +92,9 @@ static void read_array_item(link_table *t, func_node *f, input_stream **stream, 
         return;
     }
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') {
-        error(err_need_close_bracket, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
-    array *a = find_array_named(&name);
-    if (!a) {
-        error(err_no_such_array, name.text);
-        return;
-    }
+    if (!expect_and_pass(']', err_need_close_bracket, stream, cursor)) return;
+    array *a = known_array(&name);
+    if (!a) return;
     if (a->arr_sparse) {
         error(err_sparse_refused, name.text);
         return;
@@ -145,11 +138,8 @@ static int read_fixed_index(input_stream **stream, char *key, std::int32_t *k, n
 static int spec_lookup(token_rec *name, std::int32_t k, entry_link *link)
 {
     operand v = {};
-    array *a = find_array_named(name);
-    if (!a) {
-        error(err_no_such_array, name->text);
-        return 0;
-    }
+    array *a = known_array(name);
+    if (!a) return 0;
     entry_place place;
     if (!new_array_quoly_ptr(a, k, 0, false, addresser, name->text, &place)) return 0;
     if (!a->arr_sparse && !*place.slot) {
@@ -174,10 +164,7 @@ static void read_entry_item(link_table *t, func_node *f, token_rec *name, input_
     scanner(stream, &token, cursor);
     int fits = append_to_key(key, "[");
     fits = read_fixed_index(stream, key, &k, cursor) && fits;
-    if (token.text[0] != ']') {
-        error(err_compile_bracket, token.text);
-        return;
-    }
+    if (!expect(']', err_compile_bracket)) return;
     fits = append_to_key(key, "]") && fits;
     scanner(stream, &token, cursor);
     new_link(&f->links, &link);
@@ -252,15 +239,10 @@ static void read_and_link(link_table *t, func_node *f, input_stream **stream, na
         scanner(stream, &token, cursor);
         read_item(t, f, stream, cursor);
     } while (token.text[0] == ',');
-    if (token.text[0] != ')') {
-        error(err_compile_end, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_compile_end, stream, cursor);
 }
 
-// The body
-// ----------------------------------------------------------------------------------------------------
+// The body ----------------------------------------------------------------------------------------------
 
 // *key = the name with the digits, or the one variable, in its brackets. Declines (0) when something else
 // stands there.
@@ -316,8 +298,7 @@ static void do_form(link_table *t, form_node *form)
     }
 }
 
-// Calls
-// -------------------------------------------------------------------------------------------------------
+// Calls -------------------------------------------------------------------------------------------------
 
 // The tokens of each parameter read the slot, or the array, that the call has bound.
 static void refresh_links(func_node *f)

@@ -7,27 +7,16 @@
 
 namespace kelmar {
 
-// Pass the one character; false after error `number`.
-static bool pass(input_stream **stream, name_node **cursor, char c, int number)
-{
-    if (token.text[0] != c) {
-        error(number, token.text);
-        return false;
-    }
-    scanner(stream, &token, cursor);
-    return true;
-}
-
 // Behind a name: `(a, b)`.
 static void iread_pair(input_stream **stream, std::int32_t *a, std::int32_t *b, name_node **cursor)
 {
     *a = *b = 0;
     scanner(stream, &token, cursor);
-    if (!pass(stream, cursor, '(', err_need_open_paren)) return;
+    if (!expect_and_pass('(', err_need_open_paren, stream, cursor)) return;
     old_iexpre(stream, a, cursor);
-    if (!pass(stream, cursor, ',', err_need_comma)) return;
+    if (!expect_and_pass(',', err_need_comma, stream, cursor)) return;
     old_iexpre(stream, b, cursor);
-    pass(stream, cursor, ')', err_need_close_paren);
+    expect_and_pass(')', err_need_close_paren, stream, cursor);
 }
 
 static std::int32_t word_binomial(std::int32_t n, std::int32_t k)

@@ -4,9 +4,7 @@
 // up nearly all of an index, are read here; whatever else can be a factor is left to the evaluator of values,
 // and its value must then be a whole number.
 #include "session/int_expr.h"
-#include <cmath>
-#include "numbers/dispatch.h"
-#include "numbers/word_mod.h"
+#include "matrix/pins.h"
 #include "poly/variables.h"
 #include "quoly/owned.h"
 #include "session/arr_access.h"
@@ -21,6 +19,7 @@
 #include "session/names.h"
 #include "session/pset.h"
 #include "session/report.h"
+#include "session/words.h"
 
 namespace kelmar {
 
@@ -35,90 +34,6 @@ static inline void set_computed(word_operand *v)
 {
     v->slot = nullptr;
     v->at.array_time = 0;
-}
-
-// Values and words --------------------------------------------------------------------------------------
-
-static constexpr double word_limit = 2147483648.0;
-static constexpr double counts_as_whole = 1e-9;  // relative distance to a whole number
-
-static int float_to_word(double v, std::int32_t *word)
-{
-    if (v > -word_limit && v < word_limit) {
-        *word = static_cast<std::int32_t>(v);
-        if (*word == v) return 1;
-    }
-    *word = 0;
-    const double near = std::nearbyint(v);
-    const double size = std::fabs(v) > 1.0 ? std::fabs(v) : 1.0;
-    const double whole = std::fabs(v - near) <= counts_as_whole * size ? near : std::trunc(v);
-    if (!(whole >= -word_limit && whole < word_limit)) return 0;
-    *word = static_cast<std::int32_t>(whole);
-    return 1;
-}
-
-static std::int32_t digits_to_word(const number *n)
-{
-    std::uint32_t word = 0;
-    const numnode *digit = n->head;
-    for (std::int32_t i = 0; i < n->size; ++i, digit = digit->next) {
-        word = (word << digit_bits) + static_cast<std::uint32_t>(digit->digit);
-    }
-    return static_cast<std::int32_t>(word);
-}
-
-int value_to_word(const quolynode *value, std::int32_t *word)
-{
-    *word = 0;
-    if (!value->is_num) return 0;
-    switch (live_view()) {
-    case view_float: return float_to_word(value->num->real, word);
-    case view_field:
-    case view_modular:
-    case view_word: *word = value->num->word; return 1;
-    case view_small:
-    case view_digits: *word = digits_to_word(value->num); return 1;
-    }
-    __builtin_unreachable();
-}
-
-static inline std::int32_t wrap(std::int64_t v)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(v));
-}
-
-std::int32_t add_words(std::int32_t a, std::int32_t b)
-{
-    return modularmode ? mod_add(a, b, modulus) : wrap(std::int64_t{a} + b);
-}
-
-static std::int32_t subtract_words(std::int32_t a, std::int32_t b)
-{
-    return modularmode ? mod_sub(a, b, modulus) : wrap(std::int64_t{a} - b);
-}
-
-std::int32_t multiply_words(std::int32_t a, std::int32_t b)
-{
-    return modularmode ? modmult(a, b) : wrap(std::int64_t{a} * b);
-}
-
-// a / b, a \ b, a | b. Errors: 68 for b = 0; the result is then 0.
-static std::int32_t divide_words(std::int32_t a, std::int32_t b, char op)
-{
-    if (b == 0) {
-        error(err_need_integer_value, token.text);
-        return 0;
-    }
-    if (op != '|') return wrap(std::int64_t{a} / b);
-    const std::int64_t rest = std::int64_t{a} % b;
-    return wrap(rest < 0 && pos_mod ? rest + (b < 0 ? -std::int64_t{b} : b) : rest);
-}
-
-static std::int32_t negate_word(std::int32_t a)
-{
-    if (!modularmode) return wrap(-std::int64_t{a});
-    if (finf || a == 0) return a;
-    return modulus - a;
 }
 
 // Factors -----------------------------------------------------------------------------------------------
@@ -246,10 +161,7 @@ static void iread_bracketed(input_stream **stream, word_operand *v, name_node **
 {
     next_token(stream, cursor);
     old_iexpre(stream, &v->word, cursor);
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
+    if (!expect(')', err_need_close_paren)) return;
     next_token(stream, cursor);
 }
 
@@ -259,10 +171,7 @@ static void iread_absolute(input_stream **stream, word_operand *v, name_node **c
     ifact(stream, v, cursor);
     set_computed(v);
     if (v->word < 0) v->word = negate_word(v->word);
-    if (token.text[0] != '|') {
-        error(err_need_close_bar, token.text);
-        return;
-    }
+    if (!expect('|', err_need_close_bar)) return;
     next_token(stream, cursor);
 }
 
@@ -458,7 +367,9 @@ static void store_word(word_operand *v)
 {
     refresh_slot(v);
     if (!v->at.array_time || !v->at.row) {
-        if (v->slot) quoly_set(v->word, v->slot);
+        if (!v->slot) return;
+        unshare(v->slot);
+        quoly_set(v->word, v->slot);
         return;
     }
     quolynode *value = nullptr;
@@ -532,15 +443,9 @@ void obtain_int(input_stream **stream, std::int32_t *value, int wrong, name_node
     own(&bound);
     old_expre(stream, &bound, cursor);
     disown();
-    const bool number = bound->is_num && std::isfinite(num_to_double(bound->num));
-    const bool small = number && std::fabs(num_to_double(bound->num)) < word_limit;
-    if (small) value_to_word(bound, value);
+    const int bad = value_to_count(bound, wrong, value);
     free_quoly(&bound);
-    if (!number) {
-        error(wrong, token.text);
-    } else if (!small) {
-        error(err_counter_too_big, token.text);
-    }
+    if (bad) error(bad, token.text);
 }
 
 }  // namespace kelmar

@@ -19,15 +19,7 @@ void iexpre(input_stream **stream, std::int32_t *result, name_node **cursor);
 // Run one statement of values; *n replaced with its value.
 void integer_statement(input_stream **stream, quolynode **n, name_node **cursor);
 
-// *word = the value as an integer: what is near a whole number is that number, else it is cut towards zero;
-// long integers are taken modulo 2^32. Declines (0) when it is no number, or a float that fits no word.
-int value_to_word(const quolynode *value, std::int32_t *word);
-
 // *value = a bound of a loop. Errors: `wrong` when it is no number, 47 when it is 2^31 or more in magnitude.
 void obtain_int(input_stream **stream, std::int32_t *value, int wrong, name_node **cursor);
-
-// a + b, a * b on machine integers, in the ring of the modulus in modular mode.
-std::int32_t add_words(std::int32_t a, std::int32_t b);
-std::int32_t multiply_words(std::int32_t a, std::int32_t b);
 
 }  // namespace kelmar

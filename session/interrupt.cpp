@@ -21,6 +21,7 @@ void install_interrupt()
     sigemptyset(&action.sa_mask);
     sigaction(SIGINT, &action, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // writing past the limit of a file fails then, and is told
 }
 
 void answer_interrupt()

@@ -58,6 +58,7 @@ static bool stands_apart(const text_state *s, const name_node *t)
 {
     if (s->quoted || !s->before || t->text[1]) return false;
     const char c = t->text[0];
+    if (s->before->text[0] == '&') return false;  // &> is a command
     if (c == '+' || c == '-') return s->depth == 0 && ends_operand(s->before->text);
     if (c == '=' && s->before->text[0] == ':') return true;
     return s->depth == 0 && in_set(cond_set, c);
@@ -85,7 +86,7 @@ static bool blank_behind(const text_state *s, const name_node *t)
 {
     if (t->spaced || s->quoted || t->text[1]) return false;
     if (t->text[0] == ',') return true;
-    return stands_apart(s, t) && t->next && !joined(t->text, t->next->text);
+    return stands_apart(s, t) && t->next && !is_endlist(t->next) && !joined(t->text, t->next->text);
 }
 
 // Write the tokens from t on, in which a blank stands in front of the keywords to and by.

@@ -1,10 +1,11 @@
 // session/literal.cpp -- numeric literals.
 //
-// The whole part goes through the decimal chains of the number layer. Decimals are a second
-// literal, divided by a power of ten; in float mode they are a running double, and digits
-// beyond what a double can feel are skipped.
+// Exact: the whole part goes through the decimal chains of the number layer, and decimals are a second
+// literal, divided by a power of ten. In float mode all digits make one decimal number, which is rounded once:
+// by one operation where digits and power are doubles themselves, else by the C library.
 #include "session/literal.h"
-#include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include "numbers/decimal.h"
 #include "numbers/dispatch.h"
 #include "numbers/long_power.h"
@@ -14,8 +15,6 @@
 #include "session/report.h"
 
 namespace kelmar {
-
-static constexpr std::int32_t felt_decimals = 300;  // digits; 10^300 is still a double
 
 void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32_t *ndigits)
 {
@@ -30,30 +29,124 @@ void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32
     literal_to_number(&lit, n);
 }
 
-// 10^k; from the table where the power is a double itself.
-static double power_of_ten(std::int32_t k)
-{
-    static const double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    return k <= 22 ? exact[k] : std::pow(10.0, k);
-}
+// Doubles -------------------------------------------------------------------------------------------------
 
-// The decimals in hand, as a double below 1.
-static double read_float_decimals(input_stream **stream, name_node **cursor)
+// More digits than decide how any double is rounded; the others count as one.
+static constexpr std::int32_t kept_digits = 800;
+static constexpr std::int32_t exact_digits = 15;  // so many are a double themselves
+static constexpr std::int32_t exact_power = 22;   // so are the powers of ten up to this one
+static constexpr std::int32_t most_power = 100000;
+
+// A decimal number on its way: its digits without leading zeros, times a power of ten.
+struct decimal_text {
+    char digit[kept_digits + 20];  // with room for what is written behind them
+    std::int32_t count;
+    std::int64_t power;
+    std::int64_t value;   // of the digits, while they are few
+    std::int32_t inexact;  // a digit other than 0 was dropped
+};
+
+static void add_digit(decimal_text *t, char c, bool decimal)
 {
-    double digits = 0.0;
-    std::int32_t count = 0;
-    for (; is_digit(token.text[0]); scanner(stream, &token, cursor)) {
-        if (count >= felt_decimals) continue;
-        digits = digits * 10.0 + (token.text[0] - '0');
-        ++count;
+    if (decimal) --t->power;
+    if (t->count == 0 && c == '0') return;
+    if (t->count == kept_digits) {
+        ++t->power;
+        t->inexact |= c != '0';
+        return;
     }
-    return digits / power_of_ten(count);
+    if (t->count < exact_digits) t->value = t->value * 10 + (c - '0');
+    t->digit[t->count++] = c;
 }
 
-// *q = *q + the decimals in hand / 10^count.
-static void add_exact_decimals(input_stream **stream, quolynode **q, name_node **cursor)
+// The double that is nearest to it.
+static double double_of(decimal_text *t)
 {
+    static const double ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    if (t->count == 0) return 0.0;
+    if (t->count <= exact_digits && std::abs(t->power) <= exact_power) {
+        const double v = static_cast<double>(t->value);
+        return t->power < 0 ? v / ten[-t->power] : v * ten[t->power];
+    }
+    std::int64_t power = t->power;
+    if (t->inexact) {
+        t->digit[t->count++] = '1';
+        --power;
+    }
+    std::snprintf(t->digit + t->count, sizeof t->digit - static_cast<std::size_t>(t->count), "e%ld",
+                  static_cast<long>(power));
+    return std::strtod(t->digit, nullptr);
+}
+
+static void add_digits(input_stream **stream, decimal_text *t, bool decimals, name_node **cursor)
+{
+    for (; is_digit(token.text[0]); next_token(stream, cursor)) add_digit(t, token.text[0], decimals);
+}
+
+// The point is in hand. Declines (0) after error 341.
+static int add_float_decimals(input_stream **stream, decimal_text *t, name_node **cursor)
+{
+    next_token(stream, cursor);
+    if (!is_digit(token.text[0])) {
+        error(err_no_decimals, token.text);
+        return 0;
+    }
+    add_digits(stream, t, true, cursor);
+    return 1;
+}
+
+// True for e and e1, e25: a power of ten that lacks its sign, or has one behind.
+static bool begins_power_of_ten(const token_rec *t)
+{
+    if (t->text[0] != 'e') return false;
+    for (const char *c = t->text + 1; *c; ++c) {
+        if (!is_digit(*c)) return false;
+    }
+    return true;
+}
+
+// e is in hand: +digits or -digits must follow.
+static void scale_by_power_of_ten(input_stream **stream, decimal_text *t, name_node **cursor)
+{
+    const bool bare = token.text[1] == 0;
+    if (bare) scanner(stream, &token, cursor);
+    const char sign = token.text[0];
+    if (bare && (sign == '+' || sign == '-')) scanner(stream, &token, cursor);
+    if (!bare || (sign != '+' && sign != '-') || !is_digit(token.text[0])) {
+        error(err_exponent_sign, token.text);
+        return;
+    }
+    std::int32_t k = 0;
+    for (; is_digit(token.text[0]); scanner(stream, &token, cursor)) {
+        if (k < most_power) k = k * 10 + (token.text[0] - '0');
+    }
+    t->power += sign == '+' ? k : -k;
+}
+
+// The literal as the double that is nearest to it, so that what was saved comes back bit for bit.
+static void read_float(input_stream **stream, number *n, name_node **cursor)
+{
+    decimal_text t;
+    t.count = t.inexact = 0;
+    t.power = t.value = 0;
+    add_digits(stream, &t, false, cursor);
+    if (token.text[0] != '.' || add_float_decimals(stream, &t, cursor)) {
+        if (begins_power_of_ten(&token)) scale_by_power_of_ten(stream, &t, cursor);
+    }
+    n->real = double_of(&t);
+}
+
+// Exact numbers -------------------------------------------------------------------------------------------
+
+// The point is in hand: *q = *q + the decimals / 10^count.
+static void add_decimals(input_stream **stream, quolynode **q, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    if (!is_digit(token.text[0])) {
+        error(err_no_decimals, token.text);
+        return;
+    }
     quolynode *digits = nullptr;
     quolynode *scale = nullptr;
     std::int32_t count;
@@ -78,62 +171,16 @@ static void add_exact_decimals(input_stream **stream, quolynode **q, name_node *
     free_quoly(&scale);
 }
 
-// The point is in hand.
-static void add_decimals(input_stream **stream, quolynode **q, name_node **cursor)
-{
-    scanner(stream, &token, cursor);
-    if (!is_digit(token.text[0])) {
-        error(err_no_decimals, token.text);
-        return;
-    }
-    if (flotemode) {
-        (*q)->num->real += read_float_decimals(stream, cursor);
-    } else {
-        add_exact_decimals(stream, q, cursor);
-    }
-}
-
-// True for e and e1, e25: a power of ten that lacks its sign, or has one behind.
-static bool begins_power_of_ten(const token_rec *t)
-{
-    if (t->text[0] != 'e') return false;
-    for (const char *c = t->text + 1; *c; ++c) {
-        if (!is_digit(*c)) return false;
-    }
-    return true;
-}
-
-// e is in hand: +digits or -digits must follow.
-static void scale_by_power_of_ten(input_stream **stream, number *n, name_node **cursor)
-{
-    const bool bare = token.text[1] == 0;
-    if (bare) scanner(stream, &token, cursor);
-    const char sign = token.text[0];
-    if (bare && (sign == '+' || sign == '-')) scanner(stream, &token, cursor);
-    if (!bare || (sign != '+' && sign != '-') || !is_digit(token.text[0])) {
-        error(err_exponent_sign, token.text);
-        return;
-    }
-    std::int32_t k = 0;
-    for (; is_digit(token.text[0]); scanner(stream, &token, cursor)) {
-        if (k < 100000) k = k * 10 + (token.text[0] - '0');
-    }
-    if (n->real == 0.0) return;
-    if (k > 308) {  // in two steps, so that the last subnormal values come out
-        n->real = sign == '+' ? n->real * 1e300 : n->real / 1e300;
-        k -= 300;
-    }
-    const double scale = power_of_ten(k);
-    n->real = sign == '+' ? n->real * scale : n->real / scale;
-}
-
 void read_literal(input_stream **stream, quolynode **n, name_node **cursor)
 {
     std::int32_t ndigits;
     quoly_set(0, n);
+    if (flotemode) {
+        read_float(stream, (*n)->num, cursor);
+        return;
+    }
     if (token.text[0] != '.') new_readin(stream, (*n)->num, cursor, &ndigits);
     if (token.text[0] == '.') add_decimals(stream, n, cursor);
-    if (flotemode && begins_power_of_ten(&token)) scale_by_power_of_ten(stream, (*n)->num, cursor);
 }
 
 }  // namespace kelmar

@@ -126,11 +126,11 @@ void load_command(quolynode **result, char letter, const char *name)
     if (load_depth >= deepest_load) report_too_deep();
     if (!prepare_file(letter, name)) return;
     open_file *file = inpuf;
+    enter_file(file);  // from here on a level that an interrupt pushes may close it
     begin_load(&frame);
     if (peek_char(&file->in) == end_of_input) {
         std::fprintf(Output, "*** Warning.  End of file %s encountered.\n", input_file_name);
     }
-    enter_file(file);
     ++load_depth;
     check_stack();
     run_file(file, result);

@@ -108,7 +108,7 @@ int read_positions(input_stream **stream, arr_value *v, name_node **cursor)
         std::int32_t row = 0;
         if (token.text[0] == '[') a = read_loop_array(stream, cursor);
         if (!a) return 0;
-        const std::int32_t stamp = a->arr_time;
+        const std::int64_t stamp = a->arr_time;
         if (!head_is_over() && !read_row(stream, &row, a->arr_rows, cursor)) return 0;
         if (a->arr_time != stamp || !a->arr_sparse) {
             error(err_no_such_array, "[");  // the row number has cancelled it

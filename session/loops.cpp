@@ -5,7 +5,9 @@
 // replays its body once a round; what is typed at the terminal is first stored, so that there is a list to
 // replay.
 #include "session/loops.h"
+#include "matrix/pins.h"
 #include "numbers/mode.h"
+#include "numbers/word_mod.h"
 #include "poly/variables.h"
 #include "quoly/add.h"
 #include "quoly/mul.h"
@@ -18,8 +20,9 @@
 #include "session/int_expr.h"
 #include "session/loop_positions.h"
 #include "session/report.h"
-#include "session/token_list.h"
+#include "session/stored_expr.h"
 #include "session/trace.h"
+#include "session/words.h"
 
 namespace kelmar {
 
@@ -51,8 +54,9 @@ static bool counter_fits(const for_loop *loop)
 static void write_counter(for_loop *loop)
 {
     std::int32_t value = static_cast<std::int32_t>(loop->counter) * loop->sign;
-    if (value < 0 && modularmode && !flotemode) value += modulus;
+    if (value < 0 && modularmode && !flotemode) value = to_residue(value);
     quolynode **const slot = counter_slot(loop);
+    unshare(slot);
     quolynode *const q = *slot;
     if (q && q->is_num) {
         q->den = nullptr;
@@ -219,8 +223,7 @@ void while_statement(input_stream **stream, const cond_node *cond, quolynode **n
     }
 }
 
-// Ranges
-// ------------------------------------------------------------------------------------------------------
+// Ranges ------------------------------------------------------------------------------------------------
 
 struct range {
     bool product;
@@ -267,15 +270,9 @@ static void take_round(input_stream **stream, range *r, name_node **cursor)
 static void pass_body(input_stream **stream, name_node **cursor)
 {
     list_reader r = {stream, cursor, {}, 0, 0};
-    pending held;
-    open_pending(&held);
-    if (token.text[0] == '<') {
-        obtain_sum(&r, &held.names);
-    } else {
-        obtain_expression(&r, &held.names);
-    }
-    close_pending(&held);
-    freename(&held.names);
+    stored_expr passed;
+    open_stored(&r, token.text[0] == '<' ? obtain_sum : obtain_expression, &passed);
+    close_stored(&passed);
 }
 
 static bool begins_body()
@@ -287,11 +284,7 @@ static bool begins_body()
 // Behind the head: `>` and the body, for each value of the counter.
 static void run_over(input_stream **stream, range *r, for_loop *loop, name_node **cursor)
 {
-    if (token.text[0] != '>') {
-        error(err_need_close_angle, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('>', err_need_close_angle, stream, cursor)) return;
     if (!begins_body()) {
         error(err_need_body_bracket, token.text);
         return;
@@ -330,16 +323,10 @@ static void add_up(input_stream **stream, range *r, name_node **cursor)
 static void store_and_add_up(input_stream **stream, range *r, name_node **cursor)
 {
     list_reader reader = {stream, cursor, {}, 0, 0};
-    pending held;
-    open_pending(&held);
-    obtain_sum(&reader, &held.names);
-    const token_rec behind = token;
-    name_node *at = held.names;
-    set_token(&token, at->text);
-    add_up(stream, r, &at);
-    token = behind;
-    close_pending(&held);
-    freename(&held.names);
+    stored_expr stored;
+    open_stored(&reader, obtain_sum, &stored);
+    add_up(stream, r, &stored.at);
+    close_stored(&stored);
 }
 
 static void run_range(input_stream **stream, range *r, name_node **cursor)

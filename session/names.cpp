@@ -127,7 +127,7 @@ void insert_var(token_rec *name, quolynode **value, var_node **record)
     v->value = *value;
     *value = nullptr;
     if (v->value->is_num) v->value->den = nullptr;
-    free_quoly(&old);
+    retire_value(&old);
     *record = v;
 }
 
@@ -222,7 +222,7 @@ void pop_params(var_node *mark)
             if (v->at.array_time) {
                 write_back(v);
             } else if (v->ref) {
-                free_quoly(v->ref);
+                retire_value(v->ref);
                 *v->ref = v->value;
                 v->value = nullptr;
             }

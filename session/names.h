@@ -46,12 +46,16 @@ struct func_node {
     entry_link *links;     // what the tokens of its linked body name
     std::int32_t in_use;   // active calls
     std::int32_t retired;  // it was cancelled while in use: released when its last call ends
+    std::int16_t walkable;     // 1 its body can be walked (plain_calls.h), -1 it cannot, 0 not told yet
+    std::int16_t param_count;  // when it can
     func_node *next;       // in the bucket
 };
 static_assert(std::is_trivial_v<func_node>);
 
 inline var_node *sca_store[lower_buckets];
 inline func_node *func_store[upper_buckets];
+// default 1; definitions so far, counted up to 65535; funcdef; reset: never
+inline std::uint16_t definitions = 1;
 // default null; free variable records; new_var, free_var; reset: never
 inline var_node *var_garb = nullptr;
 // default null; the parameters of active calls, newest first; push_param, pop_params; reset: unwind

@@ -8,6 +8,7 @@
 #include "poly/variables.h"
 #include "quoly/divide.h"
 #include "quoly/owned.h"
+#include "quoly/ring_change.h"
 #include "session/evaluator.h"
 #include "session/literal.h"
 #include "session/output.h"
@@ -315,6 +316,17 @@ static bool read_part(input_stream **stream, quolynode **q, name_node **cursor)
     return good;
 }
 
+// A polynomial whose numbers are read as true integers, if so asked, and then brought into the ground ring.
+static bool read_integral_part(input_stream **stream, quolynode **q, name_node **cursor)
+{
+    std::int32_t saved = 0;
+    if (nomodpolyreadin) check_modular(&saved);
+    const bool good = read_part(stream, q, cursor);
+    restore_modular(&saved);
+    if (good && saved && *q && !check_and_mod(q)) return refuse(err_vanishing_modulus);
+    return good;
+}
+
 // / is in hand.
 static bool read_denominator(input_stream **stream, quolynode **q, name_node **cursor)
 {
@@ -322,8 +334,8 @@ static bool read_denominator(input_stream **stream, quolynode **q, name_node **c
     quolynode *den = nullptr;
     own(&den);
     scanner(stream, &token, cursor);
-    const bool good = read_part(stream, &den, cursor);
-    if (good) fast_quoly_quot(q, den, 1);
+    const bool good = read_integral_part(stream, &den, cursor);
+    if (good) fast_quoly_quot(q, den, 0);  // who wrote it may have been in another ring
     disown();
     free_quoly(&den);
     return good;
@@ -331,14 +343,11 @@ static bool read_denominator(input_stream **stream, quolynode **q, name_node **c
 
 void quoly_readin(input_stream **stream, quolynode **q, name_node **cursor)
 {
-    std::int32_t saved = 0;
     quolynode *value = nullptr;
     own(&value);
     minus_told = 0;
-    if (nomodpolyreadin) check_modular(&saved);
-    bool good = read_part(stream, &value, cursor);
+    bool good = read_integral_part(stream, &value, cursor);
     if (good && token.text[0] == '/') good = read_denominator(stream, &value, cursor);
-    restore_modular(&saved);
     disown();
     free_quoly(q);
     *q = value;

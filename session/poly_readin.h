@@ -14,7 +14,8 @@ inline std::int32_t nomodpolyreadin = 0;
 
 // *q = the value that begins with the token in hand: a polynomial, in brackets or not, and behind / a
 // denominator. The token behind it is left in hand. *q replaced, announced by the caller. With
-// nomodpolyreadin numbers are read outside modular mode. Errors: 1 159 160 161 162 163 164 165 204 341 376.
+// nomodpolyreadin numbers are read as true integers, and none may vanish in the ground ring. Errors: 1 159 160
+// 161 162 163 164 165 204 341 359 376.
 void quoly_readin(input_stream **stream, quolynode **q, name_node **cursor);
 
 // *q = the polynomial that begins with the token in hand, whose outermost variable has at least that level; a

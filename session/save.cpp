@@ -119,7 +119,7 @@ static void append_array(input_stream **stream, name_node **cursor)
     token_rec name = token;
     if (!save_array(outpuf, &name)) error(err_no_such_array, name.text);
     scanner(stream, &token, cursor);
-    if (token.text[0] != ']') error(err_need_close_bracket, token.text);
+    expect(']', err_need_close_bracket);
 }
 
 // One item, whose first token is in hand.

@@ -63,20 +63,14 @@ void restore_ring(const saved_ring *kept)
 static int next_significant(input_stream *in, int *passed)
 {
     for (;;) {
-        int c = ' ';
-        while (in_set(throwaways, static_cast<char>(c))) {
-            const int ahead = peek_char(in);
-            if (ahead == end_of_input) return ';';
-            if (ahead == '\n') {
-                *passed = 1;
-                if (tt_flag) return ';';  // the line end stays unread: the prompt step drops it
-                ++in->pos;
-                c = ' ';
-                continue;
-            }
-            c = ahead;
-            ++in->pos;
+        const int c = peek_char(in);
+        if (c == end_of_input) return ';';
+        if (c == '\n') {
+            *passed = 1;
+            if (tt_flag) return ';';  // the line end stays unread: the prompt step drops it
         }
+        ++in->pos;
+        if (in_set(throwaways, static_cast<char>(c))) continue;
         if (c != static_cast<unsigned char>(continuation)) return c;
         drop_line(in);
         semicount = 0;
@@ -240,6 +234,12 @@ void save_input_stream(name_node **list)
     set_token(&tok, endlist);
     store_token(&head, &tail, &tok);
     *list = head;
+}
+
+bool is_line_end(const input_stream *in)
+{
+    if (token.text[0] != ';' || !tt_flag || leftover[0] || in->pos >= in->end) return false;
+    return in->buf[in->pos] == '\n' && (in->pos == 0 || in->buf[in->pos - 1] != ';');
 }
 
 bool input_is_over()

@@ -6,7 +6,7 @@
 // of its line away. At the end of the input the scanner delivers ";" for ever.
 
 #include "session/input.h"
-#include "session/report.h"  // poll_interrupt
+#include "session/report.h"  // error, poll_interrupt
 #include "session/token.h"
 
 namespace kelmar {
@@ -60,6 +60,22 @@ inline void next_token(input_stream **stream, name_node **cursor)
     *cursor = next;
 }
 
+// True when the character c is in hand. False after error `number`.
+inline bool expect(char c, int number)
+{
+    if (token.text[0] == c) return true;
+    error(number, token.text);
+    return false;
+}
+
+// The same; the token behind it is then in hand.
+inline bool expect_and_pass(char c, int number, input_stream **stream, name_node **cursor)
+{
+    if (!expect(c, number)) return false;
+    scanner(stream, &token, cursor);
+    return true;
+}
+
 // *tok = the next raw character, no blanks skipped. A line end is dropped with the rest of its line and
 // delivered as CR, *eol_flag = 1. At the end of the input: ";" with *eol_flag = 1.
 void dumbscanner(input_stream **stream, token_rec *tok, name_node **cursor, int *eol_flag);
@@ -73,6 +89,9 @@ int mygetchar(int *eol_flag);
 // *list = the tokens of the terminal up to and including the first ";" outside a function definition, as a
 // stored list that ends in endlist; null when there was nothing but the ";".
 void save_input_stream(name_node **list);
+
+// The ";" in hand stands for the line end of the terminal, which is unread.
+bool is_line_end(const input_stream *in);
 
 // True when the terminal has nothing left to read: the session ends.
 bool input_is_over();

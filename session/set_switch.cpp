@@ -6,12 +6,12 @@
 // as it was. The letter is looked at last: an unknown one is told only when all else was right.
 #include "session/set_switch.h"
 #include "quoly/owned.h"
+#include "session/arr_data.h"
 #include "session/errors.h"
 #include "session/evaluator.h"
 #include "session/expr.h"
 #include "session/loop.h"
 #include "session/report.h"
-#include "session/seams.h"
 #include "session/switch_values.h"
 #include "session/texts.h"
 
@@ -53,9 +53,7 @@ static bool read_equals(input_stream **stream, name_node **cursor, char code)
 
 static bool at_closing_paren()
 {
-    if (token.text[0] == ')') return true;
-    error(err_need_close_switch, token.text);
-    return false;
+    return expect(')', err_need_close_switch);
 }
 
 // Texts -------------------------------------------------------------------------------------------------
@@ -82,7 +80,7 @@ static bool read_text(input_stream **stream, name_node **cursor, char *text)
     if (token.text[0] == '\'') {
         good = read_quoted_text(stream, cursor, text, &length);
     } else if (token.text[0] == '[') {
-        good = read_array_text(stream, cursor, text);
+        good = read_array_text(stream, cursor, text, text_room);
     } else {
         good = append_token(text, &length);
     }
@@ -134,7 +132,7 @@ static void read_value(input_stream **stream, quolynode **value, name_node **cur
 }
 
 // *v = the value as a word. Declines (0) after an error.
-static bool value_to_word(const quolynode *value, char code, std::int32_t *v)
+static bool switch_word(const quolynode *value, char code, std::int32_t *v)
 {
     *v = 0;
     if (code == random_code) return true;
@@ -170,7 +168,7 @@ static void set_number(const switch_row *row, char code, input_stream **stream, 
     setting s = {nullptr, 0, verbose || (!*cursor && tt_flag), integers_follow(stream, cursor, code)};
     if (!s.integers) {
         read_value(stream, value, cursor, code);
-        if (!value_to_word(*value, code, &s.v)) return;
+        if (!switch_word(*value, code, &s.v)) return;
         s.value = *value;
     }
     if (code == 'p') {

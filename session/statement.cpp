@@ -3,7 +3,7 @@
 // A table by first character gives the handler; whatever has none is an expression, which may assign.
 #include "session/statement.h"
 #include "quoly/owned.h"
-#include "session/arr_assign.h"
+#include "session/arr_declare.h"
 #include "session/arr_input.h"
 #include "session/arr_statement.h"
 #include "session/cancel.h"
@@ -11,6 +11,7 @@
 #include "session/levels.h"
 #include "session/names.h"
 #include "session/output.h"
+#include "session/private_value.h"
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/switches.h"
@@ -24,13 +25,7 @@ typedef void (*statement_handler)(input_stream **stream, quolynode **result, nam
 
 static void value_statement(input_stream **stream, quolynode **result, name_node **cursor)
 {
-    operand v = {};
-    own(&v.n);
-    expre(stream, &v, cursor);
-    make_private(&v);
-    disown();
-    free_quoly(result);
-    *result = v.n;
+    read_private<expre>(stream, result, cursor);
 }
 
 // The kind of array statement that begins with this name; 0 when it is no such name.

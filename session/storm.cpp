@@ -18,36 +18,58 @@ namespace kelmar {
 
 static constexpr int storm_period = 3;  // polls from one level to the next
 
-// Push a level that reads `answers`, and whose output nobody reads.
-static void push_unseen_level(const char *answers)
+// What an unseen level puts aside.
+struct surroundings {
+    input_stream *input;
+    std::FILE *output;
+    quolynode *last_value;
+    std::int32_t warned, unset, prompt_length;
+};
+
+static int raging = 0;       // default 0; an unseen level runs; reset: unwind
+static surroundings kept;    // default none; those of the level that runs; storm_poll; reset: unwind
+static input_stream answer;  // default none; what it reads; storm_poll; reset: unwind
+
+static void put_back()
+{
+    warn_cnt = kept.warned;
+    uninit = kept.unset;
+    promptsize = kept.prompt_length;
+    Input = kept.input;
+    Output = kept.output;
+    raging = 0;
+}
+
+void storm_on_unwind()
+{
+    if (!raging) return;
+    free_quoly(&kept.last_value);
+    put_back();
+}
+
+// Push a level that reads `answers`, and whose output nobody reads. Given answers are those of a user, whose
+// last value becomes that of the session.
+static void push_unseen_level(const char *answers, bool given)
 {
     static std::FILE *const unseen = std::fopen("/dev/null", "w");
-    input_stream stream;
-    input_stream *const input = Input;
-    std::FILE *const output = Output;
-    quolynode *const last_value = prevnum;
-    const std::int32_t warned = warn_cnt, unset = uninit;
-    const std::int32_t prompt_length = promptsize;
-    open_text(&stream, reinterpret_cast<const unsigned char *>(answers), std::strlen(answers));
-    Input = &stream;
+    kept = {Input, Output, given ? nullptr : prevnum, warn_cnt, uninit, promptsize};
+    open_text(&answer, reinterpret_cast<const unsigned char *>(answers), std::strlen(answers));
+    Input = &answer;
     Output = unseen;
-    prevnum = nullptr;
+    if (!given) prevnum = nullptr;
     promptsize = 1;  // a longer prompt swallows more of the answer
+    raging = 1;
     pin_values();
     error(new_level, " ");
     unpin_values();
+    put_back();
+    if (given) return;
     free_quoly(&prevnum);
-    prevnum = last_value;
-    warn_cnt = warned;
-    uninit = unset;
-    promptsize = prompt_length;
-    Input = input;
-    Output = output;
+    prevnum = kept.last_value;
 }
 
 void storm_poll()
 {
-    static int raging = 0;
     if (raging || interrupts_held) return;
     ++storm_polls;
     if (storm_stop_at >= 0) {
@@ -60,9 +82,7 @@ void storm_poll()
     } else if (levelcount >= highest_level || storm_polls % storm_period != 0) {
         return;
     }
-    raging = 1;
-    push_unseen_level(storm_answers ? storm_answers : "\n&_p\n");
-    raging = 0;
+    push_unseen_level(storm_answers ? storm_answers : "\n&_p\n", storm_answers != nullptr);
 }
 
 }  // namespace kelmar

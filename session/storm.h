@@ -21,4 +21,7 @@ inline const char *storm_answers = nullptr;
 // shows may change.
 void storm_poll();
 
+// The level was not left, but given up with all that is below it.
+void storm_on_unwind();
+
 }  // namespace kelmar

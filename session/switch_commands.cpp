@@ -173,19 +173,11 @@ void true_integer_value(input_stream **stream, quolynode **result, name_node **c
 {
     std::int32_t saved;
     scanner(stream, &token, cursor);
-    if (token.text[0] != '(') {
-        error(err_need_open_paren_m, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass('(', err_need_open_paren_m, stream, cursor)) return;
     check_modular(&saved);
     old_expre(stream, result, cursor);
     restore_modular(&saved);
-    if (token.text[0] != ')') {
-        error(err_need_close_paren, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    if (!expect_and_pass(')', err_need_close_paren, stream, cursor)) return;
     if (!ends_statement(&token)) error(err_bad_end_m, token.text);
 }
 

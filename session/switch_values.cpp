@@ -19,7 +19,6 @@
 #include "session/prompt.h"
 #include "session/report.h"
 #include "session/save.h"
-#include "session/seams.h"
 #include "session/settings.h"
 
 namespace kelmar {

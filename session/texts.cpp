@@ -1,7 +1,7 @@
 // session/texts.cpp -- texts, token by token.
 #include "session/texts.h"
+#include "session/arr_data.h"
 #include "session/report.h"
-#include "session/seams.h"
 
 namespace kelmar {
 
@@ -28,15 +28,13 @@ bool read_quoted_text(input_stream **stream, name_node **cursor, char *text, int
     return end == text_whole;
 }
 
-bool read_array_text(input_stream **stream, name_node **cursor, char *text)
+bool read_array_text(input_stream **stream, name_node **cursor, char *text, int room)
 {
     scanner(stream, &token, cursor);
     token_rec name = token;
-    if (!get_from_array(&name, text, text_room)) return false;
+    if (!get_from_array(&name, text, room)) return false;
     scanner(stream, &token, cursor);
-    if (token.text[0] == ']') return true;
-    error(err_need_close_bracket, token.text);
-    return false;
+    return expect(']', err_need_close_bracket);
 }
 
 }  // namespace kelmar

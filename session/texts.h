@@ -20,8 +20,8 @@ text_end read_quoted(input_stream **stream, name_node **cursor, char *text, int 
 // The same. Declines (0) after an error. Errors: 33 209.
 bool read_quoted_text(input_stream **stream, name_node **cursor, char *text, int *length);
 
-// text = the characters of the array whose [ is in hand; its ] is in hand then. Declines (0) after an error.
-// Errors: 24 28.
-bool read_array_text(input_stream **stream, name_node **cursor, char *text);
+// text = the characters of the array whose [ is in hand, at most room - 1 of them; its ] is in hand then.
+// Declines (0) after an error. Errors: 24 28.
+bool read_array_text(input_stream **stream, name_node **cursor, char *text, int room);
 
 }  // namespace kelmar

@@ -22,7 +22,7 @@ struct alignas(8) token_rec {
 };
 static_assert(std::is_trivial_v<token_rec>);
 
-// What a stored token is to the walk of plain_run.h, which tells it once.
+// What a stored token is to the walk of plain_walk.h, which tells it once.
 enum token_form : std::uint8_t {
     form_untold,
     form_plus,
@@ -34,6 +34,7 @@ enum token_form : std::uint8_t {
     form_divide,   // / | and the backslash
     form_name,     // of a variable; `or` and `and` are none
     form_open,     // (
+    form_call,     // the name of a function of the user
     form_general   // what only the evaluators read
 };
 
@@ -49,6 +50,8 @@ struct name_node {
     std::int32_t linked;     // 1 when ptr is valid; parameter: it holds an array
     std::int32_t spaced;     // a blank followed in the source; parameter: its array is sparse
     std::int32_t kind;       // linked: what it is, a linked_kind
+    std::uint8_t param;      // in a body that is walked: which parameter it is, from 1; 0: none
+    std::uint16_t refused;   // definitions there were when a walk from here met a call that is none to walk
     double value;            // of a literal
 };
 static_assert(std::is_trivial_v<name_node>);

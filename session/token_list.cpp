@@ -251,8 +251,7 @@ static void note_mark(open_list *l, bool behind_and)
     }
 }
 
-// Storing
-// -----------------------------------------------------------------------------------------------------
+// Storing -----------------------------------------------------------------------------------------------
 
 // A ";" stands inside brackets, a block or a definition.
 static void store_semicolon(open_list *l)
@@ -371,8 +370,7 @@ void attach(list_reader *r, const char *stop, bool loop_head, name_node **list)
     last_attached = loop_head ? (*list)->next : *list;
 }
 
-// Ranges
-// ------------------------------------------------------------------------------------------------------
+// Ranges ------------------------------------------------------------------------------------------------
 
 static bool is_broken()
 {
@@ -425,8 +423,7 @@ void obtain_sum(list_reader *r, name_node **list)
     end_list(&l);
 }
 
-// Comments
-// ------------------------------------------------------------------------------------------------------
+// Comments ----------------------------------------------------------------------------------------------
 
 void read_comment(list_reader *r, name_node **list)
 {

@@ -52,6 +52,7 @@ void set_abandon_point(abandon_point *here)
     here->definitions_mark = func_def_count;
     here->ring_mark = innermost_ring;
     here->values_mark = newest_value;
+    here->terms_mark = open_terms;
     here->outer = abandon_to;
     abandon_to = here;
 }
@@ -78,6 +79,7 @@ void release_abandoned()
 {
     leave_abandoned_rings(true);
     release_work();
+    leave_terms(0);
     gcd_on_unwind();
     loads_on_unwind();
     saves_on_unwind();
@@ -88,6 +90,9 @@ void release_abandoned()
     free_owned(0);
     operands_on_unwind();
     abandon_to = nullptr;
+#ifdef KELMAR_STORM
+    storm_on_unwind();
+#endif
 }
 
 void jump_to_restart()
@@ -107,6 +112,7 @@ void abandon_statement()
     leave_abandoned_rings(false);
     release_calls(abandon_to->calls_mark);
     release_values(abandon_to->values_mark);
+    leave_terms(abandon_to->terms_mark);
     want_sparse = wanted_rows = wanted_cols = 0;
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);

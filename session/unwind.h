@@ -7,6 +7,7 @@
 // the table there; error does not know the modules.
 
 #include <csetjmp>
+#include <cstdint>
 
 namespace kelmar {
 
@@ -28,6 +29,7 @@ struct abandon_point {
     call_frame *calls_mark;
     int definitions_mark;     // definitions in progress then
     arr_value *values_mark;   // array values announced then
+    std::int32_t terms_mark;  // array terms under way then
     ring_bracket *ring_mark;  // the stretch in another ring that was in force then
     abandon_point *outer;     // the point in force before
 };

@@ -190,11 +190,7 @@ static void write_list(input_stream **stream, name_node **cursor, output_place *
         more = token.text[0] == ',';
         if (more) scanner(stream, &token, cursor);
     }
-    if (token.text[0] != ')') {
-        error(err_bad_output_list, token.text);
-        return;
-    }
-    scanner(stream, &token, cursor);
+    expect_and_pass(')', err_bad_output_list, stream, cursor);
 }
 
 // One item without a list, the first token in hand: its line ends behind it.

@@ -16,10 +16,12 @@ if(KELMAR_FAIL_ALLOC)
   endforeach()
 endif()
 
-# A panic stop at every poll.
+# A panic stop at every poll; a hostile level at every poll.
 if(KELMAR_STORM)
-  kelmar_test_program(${CMAKE_CURRENT_SOURCE_DIR}/hostile/stops_test.cpp ${CMAKE_CURRENT_SOURCE_DIR})
-  set_tests_properties(hostile_stops_test PROPERTIES LABELS hostile TIMEOUT 600)
+  foreach(name stops levels)
+    kelmar_test_program(${CMAKE_CURRENT_SOURCE_DIR}/hostile/${name}_test.cpp ${CMAKE_CURRENT_SOURCE_DIR})
+    set_tests_properties(hostile_${name}_test PROPERTIES LABELS hostile TIMEOUT 600)
+  endforeach()
 endif()
 
 # Interrupts at random times, in every build.
@@ -39,8 +41,21 @@ if(NOT KELMAR_SANITIZE)
   set(memory_tests hostile/errors hostile/errors.exact)
 endif()
 
+# Saved sessions: random ones come back, damaged ones end in order, and a full disk harms no file.
+add_test(NAME hostile/saves COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/saves $<TARGET_FILE:kelmar> 25)
+add_test(NAME hostile/saves.exact COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/saves $<TARGET_FILE:kelmar-exact> 25)
+
+# Programs that are long or deep without measure.
+add_test(NAME hostile/nesting COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/nesting $<TARGET_FILE:kelmar>)
+add_test(NAME hostile/nesting.exact COMMAND ${python_program} -I -S
+  ${CMAKE_CURRENT_SOURCE_DIR}/hostile/nesting $<TARGET_FILE:kelmar-exact>)
+
 # Damaged data files.
 add_test(NAME hostile/data_files COMMAND ${python_program} -I -S
   ${CMAKE_CURRENT_SOURCE_DIR}/hostile/data_files $<TARGET_FILE:kelmar-exact> ${PROJECT_SOURCE_DIR}/BACKWARD 40)
-set_tests_properties(hostile/interrupts hostile/interrupts.exact hostile/data_files ${memory_tests}
+set_tests_properties(hostile/interrupts hostile/interrupts.exact hostile/saves hostile/saves.exact
+  hostile/nesting hostile/nesting.exact hostile/data_files ${memory_tests}
   PROPERTIES LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 300)

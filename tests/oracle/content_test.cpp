@@ -5,7 +5,9 @@
 #include "gcd/polygcd.h"
 #include "gcd/square_free.h"
 #include "poly/measure.h"
+#include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
 
 using namespace kelmar;
@@ -13,11 +15,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 8;
-#else
-constexpr int rounds = 60;
-#endif
+constexpr int rounds = by_build(8, 60);
 
 // The gcd in FLINT of polynomials added one by one, made positive.
 struct flint_gcd {

@@ -7,6 +7,7 @@
 #include "gcd/word_steps.h"
 #include "poly/mul.h"
 #include "poly/onevar.h"
+#include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/views.h"
 
@@ -15,11 +16,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int scale = 8;
-#else
-constexpr int scale = 1;
-#endif
+constexpr int scale = by_build(8, 1);
 
 constexpr std::int32_t primes[] = {2,          3,          5,          101,        32749,     46337,
                                    46349,      65521,      65537,      65539,      99991,     1000003,

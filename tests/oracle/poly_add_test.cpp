@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "poly/add.h"
 #include "poly/variables.h"
+#include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/views.h"
 
@@ -11,11 +12,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 200;
-#else
-constexpr int rounds = 3000;
-#endif
+constexpr int rounds = by_build(200, 3000);
 
 class IntegerPolys : public testing::TestWithParam<std::int32_t> {};
 

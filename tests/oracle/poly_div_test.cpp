@@ -5,6 +5,7 @@
 #include "poly/div_exact.h"
 #include "poly/div_fast.h"
 #include "poly/div_pseudo.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 #include "tests/support/flint_polys.h"
 
@@ -13,11 +14,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 20;
-#else
-constexpr int rounds = 400;
-#endif
+constexpr int rounds = by_build(20, 400);
 
 // Whether b divides a by fmpz_mpoly; then *q is the quotient.
 bool flint_divides(const polynode *a, const polynode *b, std::int32_t vars, poly_operand *q)

@@ -3,6 +3,7 @@
 #include "poly/derivative.h"
 #include "poly/eval.h"
 #include "poly/power.h"
+#include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/views.h"
 
@@ -11,11 +12,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-#else
-constexpr int rounds = 600;
-#endif
+constexpr int rounds = by_build(60, 600);
 
 class AgainstFlint : public testing::TestWithParam<std::int32_t> {
 protected:

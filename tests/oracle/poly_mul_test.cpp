@@ -37,7 +37,7 @@ TEST(PolyMultOracle, LongIntegersInOneToSixVariables)
     test_random r;
     in_view live(view_digits);
     for (std::int32_t flat : {12, never}) {
-        const with_value cut(&flat_mult_cut, flat);
+        const kept_word cut(&flat_mult_cut, flat);
         for (std::int32_t vars = 1; vars <= 6; ++vars) {
             for (int k = 0; k < 60; ++k) {
                 poly_shape shape;
@@ -78,7 +78,7 @@ TEST(PolyMultOracle, LongListsOfLongIntegersByHalves)
 {
     test_random r;
     in_view live(view_digits);
-    const with_value cut(&flat_mult_cut, never);
+    const kept_word cut(&flat_mult_cut, never);
     poly_shape shape;
     shape.terms = 2000;
     shape.degree = 900;
@@ -93,7 +93,7 @@ TEST(PolyMultOracle, ThePowerOfASumAndItsSuccessor)
 {
     in_view live(view_digits);
     poly_operand f(poly_of_text("{1{#1}, 0{1{#1}, 0{1{#1}, 0{1{#1}, #1}}}}")), g;
-    const with_value variables(&number_polys, 4);
+    const kept_word variables(&number_polys, 4);
     compute_power(&f.p, 9, nilpol);
     poly_assign(f.p, &g.p);
     polynode *constant = g.p;
@@ -108,7 +108,7 @@ TEST(PolyMultOracle, ResiduesInOneVariable)
     for (std::int32_t m : {2, 3, 36, 65521, 65537, 2147483629, 2147483646}) {
         in_view live(view_modular, m);
         for (std::int32_t flat : {12, never}) {
-            const with_value cut(&flat_mult_cut, flat);
+            const kept_word cut(&flat_mult_cut, flat);
             for (std::int32_t n : {5, 10, 31, 60, 150, 250, 1500, 13000}) {
                 if (n == 13000 && (flat == never || m != 2147483629)) continue;
                 poly_operand a(dense_poly(&r, 0, n)), b(dense_poly(&r, n / 3, 2 * n)), c;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <flint/nmod_mpoly.h>
 #include "gcd/polygcd.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/gcds.h"
@@ -12,11 +13,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-#else
-constexpr int rounds = 800;
-#endif
+constexpr int rounds = by_build(60, 800);
 
 // FLINT's gcd over the integers: positive lead, with the number content.
 polynode *flint_gcd(const polynode *a, const polynode *b, std::int32_t vars)

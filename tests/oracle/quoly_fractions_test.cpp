@@ -6,6 +6,7 @@
 #include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/mul.h"
+#include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
@@ -15,11 +16,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-#else
-constexpr int rounds = 600;
-#endif
+constexpr int rounds = by_build(60, 600);
 
 constexpr std::int32_t vars = 3;
 
@@ -76,7 +73,7 @@ struct flint_fraction {
     }
     void read(const quolynode *q)
     {
-        polynode room;
+        poly_room room;
         poly_to_flint(as_poly(q, &room), top, ctx);
         if (!q->is_num && q->den) {
             poly_to_flint(q->den, den, ctx);

@@ -1,33 +1,56 @@
 #pragma once
-// tests/support/fields.h -- prime fields and both table fields, variables in force, and reports of faults.
+// tests/support/fields.h -- rings of numbers: prime fields, both table fields, and others.
 
-#include <gtest/gtest.h>
-#include "poly/variables.h"
-#include "session/levels.h"
-#include "session/output.h"
-#include "session/report.h"
-#include "tests/support/divisions.h"
+#include "numbers/fields.h"
+#include "tests/support/views.h"
 
 namespace kelmar_test {
 
-// Six variables are in force until the end of the block.
-struct six_in_force : six_variables {
-    kelmar::pt *saved_names = kelmar::polynames;
-    std::int32_t saved_count = kelmar::number_polys;
-    six_in_force()
-    {
-        kelmar::polynames = record;
-        kelmar::number_polys = 6;
+// A ring of numbers: a view, and a modulus.
+struct ring {
+    kelmar::num_view view;
+    std::int32_t modulus;
+    int prime;
+};
+inline constexpr ring field_rings[] = {{kelmar::view_float, 101, 0},         {kelmar::view_field, 256, 1},
+                                       {kelmar::view_modular, 3, 1},         {kelmar::view_modular, 101, 1},
+                                       {kelmar::view_modular, 65521, 1},     {kelmar::view_modular, 65537, 1},
+                                       {kelmar::view_modular, 2147483629, 1}};
+inline constexpr ring other_rings[] = {{kelmar::view_modular, 100, 0},
+                                       {kelmar::view_word, 101, 0},
+                                       {kelmar::view_small, 101, 0},
+                                       {kelmar::view_digits, 101, 0}};
+
+// The product in the field of 2^8 elements, by shifts.
+inline int product_of_elements(int a, int b)
+{
+    int product = 0;
+    for (; b; b >>= 1) {
+        if (b & 1) product ^= a;
+        a = a & 0x80 ? (a << 1) ^ 0x11b : a << 1;
     }
-    six_in_force(const six_in_force &) = delete;
-    ~six_in_force()
-    {
-        kelmar::polynames = saved_names;
-        kelmar::number_polys = saved_count;
+    return product;
+}
+
+// Fill the tables of the field of 2^8 elements.
+inline void make_small_field()
+{
+    if (kelmar::f256prod[256 + 1] == 1 && kelmar::f2t16inv[1] == 1) return;
+    for (int a = 0; a < 256; ++a) {
+        for (int b = 0; b < 256; ++b) {
+            const int product = product_of_elements(a, b);
+            kelmar::f256prod[a * 256 + b] = static_cast<std::uint16_t>(product);
+            if (product == 1) kelmar::f2t16inv[a] = static_cast<std::uint16_t>(b);
+        }
     }
-    kelmar::pt *names()
+}
+
+struct in_ring {
+    in_view live;
+    explicit in_ring(const ring &r) : live(r.view, r.modulus)
     {
-        return record;
+        kelmar::mod_is_prime = r.prime;
+        if (r.view == kelmar::view_field) make_small_field();
     }
 };
 
@@ -76,21 +99,5 @@ struct in_field {
         kelmar::smallmodulus = order < 65535;
     }
 };
-
-// What f writes. At the highest command level no further one is pushed, so a fault unwinds.
-template <class F> std::string report_of(F f)
-{
-    using namespace kelmar;
-    const kept_view view;
-    const auto saved = levelcount;
-    levelcount = highest_level;
-    testing::internal::CaptureStdout();
-    caught_error([&] {
-        Output = stdout;
-        f();
-    });
-    levelcount = saved;
-    return testing::internal::GetCapturedStdout();
-}
 
 }  // namespace kelmar_test

@@ -32,7 +32,7 @@ struct value_operand {
 inline std::string value_text(const kelmar::quolynode *q)
 {
     if (!q) return "null";
-    kelmar::polynode room;
+    kelmar::poly_room room;
     const std::string top = poly_text(kelmar::as_poly(q, &room));
     return q->is_num || !q->den ? top : top + " / " + poly_text(q->den);
 }

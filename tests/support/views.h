@@ -7,6 +7,9 @@
 
 namespace kelmar_test {
 
+inline constexpr kelmar::num_view all_views[] = {kelmar::view_float, kelmar::view_field, kelmar::view_modular,
+                                                 kelmar::view_word,  kelmar::view_small, kelmar::view_digits};
+
 inline constexpr int view_flags = 12;
 inline std::int32_t *const view_flag[view_flags] = {
     &kelmar::flotemode, &kelmar::modularmode,  &kelmar::lintmode,     &kelmar::integerflag,

@@ -1,5 +1,6 @@
 // The content as the language has it: numbers, variables by name and by level, errors.
 #include "gcd/call_content.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
 
 using namespace kelmar;

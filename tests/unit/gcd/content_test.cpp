@@ -2,7 +2,10 @@
 #include "gcd/content.h"
 #include "gcd/polygcd.h"
 #include "session/output.h"
+#include "session/report.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;

@@ -1,6 +1,7 @@
 // The extended gcd of the language: skipped levels, exchanged operands, table fields, errors.
 #include "gcd/extended.h"
 #include "poly/mul.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
 
 using namespace kelmar;

@@ -3,7 +3,9 @@
 #include <cmath>
 #include <vector>
 #include "poly/div_exact.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;

@@ -10,7 +10,10 @@
 #include "gcd/square_free.h"
 #include "poly/mul_work.h"
 #include "poly/onevar.h"
+#include "session/report.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;

@@ -8,7 +8,9 @@
 #include "numbers/word_mod.h"
 #include "poly/onevar.h"
 #include "storage/accounting.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;

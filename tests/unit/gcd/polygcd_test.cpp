@@ -12,26 +12,12 @@
 #include "storage/accounting.h"
 #include "tests/support/divisions.h"
 #include "tests/support/gcds.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
 
 namespace {
-
-// What f writes; a fault unwinds.
-template <class F> std::string report_of(F f)
-{
-    const kept_view view;
-    const auto saved = levelcount;
-    levelcount = highest_level;
-    testing::internal::CaptureStdout();
-    caught_error([&] {
-        Output = stdout;
-        f();
-    });
-    levelcount = saved;
-    return testing::internal::GetCapturedStdout();
-}
 
 struct Polygcd : testing::Test {
     six_variables names;

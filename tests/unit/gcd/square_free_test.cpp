@@ -1,7 +1,9 @@
 // Square-free decompositions: gaps in the multiplicities, roots in small characteristic, contents, errors.
 #include "gcd/square_free.h"
 #include "gcd/polygcd.h"
+#include "tests/support/divisions.h"
 #include "tests/support/fields.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;

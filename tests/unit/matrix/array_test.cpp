@@ -9,6 +9,7 @@
 #include "matrix/sparse_tests.h"
 #include "matrix/store.h"
 #include "matrix/work_arrays.h"
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -17,11 +18,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 20000;
-#else
-constexpr int rounds = 100000;
-#endif
+constexpr int rounds = by_build(20000, 100000);
 
 array_name name_of(const char *text)
 {
@@ -205,6 +202,36 @@ TEST(Array, RenamingMovesTheRecord)
 }
 
 // Parameters --------------------------------------------------------------------------------------------
+
+// A session that runs for days makes more arrays than a word of 32 bits counts.
+TEST(Array, StampsPassThirtyTwoBits)
+{
+    no_arrays clean;
+    const std::int64_t kept = array_time;
+    array_time = INT32_MAX - std::int64_t{1};
+    array *hole = made("h", 2, 2);
+    array *a = made("a", 2, 2);
+    array *b = made("b", 2, 2);
+    array *p = nullptr;
+    const array_name n = name_of("p");
+    put(b, 1, 1, 6);
+    push_array_param(&n, b, &p);
+    EXPECT_GT(b->arr_time, INT32_MAX);
+    EXPECT_EQ(p->arr_time, -b->arr_time);
+    EXPECT_FALSE(is_array_parameter(b));
+    EXPECT_TRUE(is_array_parameter(p));
+    EXPECT_EQ(array_of_stamp(p->arr_time), b);
+    const entry_ref ref = {b->arr_time, 3, nullptr, 0, 0};
+    entry_place place;
+    ASSERT_EQ(find_entry(&ref, &place), 1);
+    EXPECT_EQ((*place.slot)->num->real, 6);
+    EXPECT_TRUE(store_is_sound());
+    pop_array_params(nullptr);
+    EXPECT_EQ(removearray(hole), 1);
+    EXPECT_EQ(removearray(b), 1);
+    EXPECT_EQ(removearray(a), 1);
+    array_time = kept;
+}
 
 TEST(Array, AParameterSharesTheStorage)
 {

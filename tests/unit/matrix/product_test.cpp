@@ -150,6 +150,74 @@ TEST(Product, EveryMethodGivesTheDefinition)
     }
 }
 
+TEST(Product, EveryModulusPrimeOrNot)
+{
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    for (std::int32_t m : {2, 7, 100, 65534, 65535, 65536, 1000003, 2147483646, 2147483647}) {
+        SCOPED_TRACE("modulus " + std::to_string(m));
+        in_view live(view_modular, m);
+        for (int round = 0; round < 20; ++round) {
+            check_products(&r, false, true);
+            check_products(&r, true, true);
+        }
+    }
+    in_view live(view_field);
+    for (int round = 0; round < 40; ++round) check_products(&r, false, true);
+}
+
+// What a built-in counts stands unreduced in its word, negative too.
+TEST(Product, CountsAreTakenAsResidues)
+{
+    in_view live(view_modular, 7);
+    table a(1, 6), b(6, 1), wanted(1, 1), out(1, 1);
+    const std::int32_t words[] = {-5, INT32_MAX, INT32_MIN, 8, -1, 1000000007};
+    for (std::size_t k = 0; k < 6; ++k) {
+        quoly_set(1, &a.entry[k]);
+        quoly_set(1, &b.entry[k]);
+        a.entry[k]->num->word = words[k];
+        b.entry[k]->num->word = words[5 - k];
+    }
+    std::int64_t sum = 0;
+    for (std::size_t k = 0; k < 6; ++k) {
+        sum += (std::int64_t{words[k]} % 7 + 7) % 7 * ((std::int64_t{words[5 - k]} % 7 + 7) % 7);
+    }
+    std::int32_t filled = 0;
+    dense_product(a.entry.data(), b.entry.data(), out.entry.data(), &filled, 1, 6, 1);
+    EXPECT_EQ(out.entry[0]->num->word, sum % 7);
+    free_quoly(&out.entry[0]);
+    filled = 0;
+    fast_mat_mult(a.entry.data(), b.entry.data(), out.entry.data(), &filled, 1, 6, 1);
+    EXPECT_EQ(out.entry[0]->num->word, sum % 7);
+    reference(&a, &b, &wanted);
+    EXPECT_EQ(wanted.entry[0]->num->word, sum % 7);
+    check_sparse(&a, &b, &wanted);
+}
+
+// Up to 2^24 columns there is an array of sums; beyond, rows are merged.
+TEST(Product, MoreColumnsThanSumsAreKeptFor)
+{
+    in_view live(view_float);
+    for (std::int32_t cols : {1 << 24, (1 << 24) + 1}) {
+        sparse_frame *a = nullptr, *b = nullptr, *out = nullptr;
+        sparse_init(&a, 2);
+        sparse_init(&b, 2);
+        sparse_init(&out, 2);
+        quoly_set(2, sparse_zero_set(head_of_row(a, 1), 1));
+        quoly_set(3, sparse_zero_set(head_of_row(a, 1), 2));
+        quoly_set(5, sparse_zero_set(head_of_row(b, 1), cols));
+        quoly_set(7, sparse_zero_set(head_of_row(b, 2), 1));
+        mult_sparses(a, b, out, 2, 2, cols);
+        EXPECT_TRUE(sparse_is_sound(out, 2, cols));
+        EXPECT_EQ(sparse_entries(out, 2), 2);
+        EXPECT_EQ(spar_retrieve(out, 1, 1)->num->real, 21);
+        EXPECT_EQ(spar_retrieve(out, 1, cols)->num->real, 10);
+        free_sparse(&a, 2, 1);
+        free_sparse(&b, 2, 1);
+        free_sparse(&out, 2, 1);
+    }
+}
+
 TEST(Product, LargeResiduesDoNotOverflow)
 {
     in_view live(view_modular, 2147483629);

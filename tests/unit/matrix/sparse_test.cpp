@@ -12,6 +12,7 @@
 #include "numbers/word_mod.h"
 #include "poly/measure.h"
 #include "quoly/ring_change.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
 
@@ -20,11 +21,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 10000;
-#else
-constexpr int rounds = 100000;
-#endif
+constexpr int rounds = by_build(10000, 100000);
 
 using place = std::pair<std::int32_t, std::int32_t>;  // row, column, from 1
 using model = std::map<place, double>;
@@ -506,6 +503,33 @@ TEST(Sparse, AnExcursionModuloAPrimeLeavesEveryChainAsItWas)
     leave_ring(&stretch);
     EXPECT_EQ(nodes(), before);
     EXPECT_TRUE(sparse_is_sound(a.frames, 40, 40));
+}
+
+// Entry [i, j] = 10 i + j in all of 4 rows and columns; those that are 0 modulo the prime come and go.
+TEST(Sparse, ComingOutOfAModulusFreesWhatHasBecomeZero)
+{
+    in_view live(view_digits);
+    sparse_operand a(4, 4);
+    for (std::int32_t i = 1; i <= 4; ++i) {
+        for (std::int32_t j = 1; j <= 4; ++j) set_entry(a.frames, i, j, 10 * i + j);
+    }
+    kept_view kept;
+    ring_bracket stretch;
+    enter_modulus(7, &stretch);
+    fast_change_spar(a.frames, 4, true);
+    EXPECT_EQ(sparse_entries(a.frames, 4), 13);  // 14, 21 and 42 have gone
+    EXPECT_EQ(spar_retrieve(a.frames, 1, 1)->num->word, 4);
+    EXPECT_EQ(*column_link(head_of_row(a.frames, 1), 4), nullptr);
+    quoly_set(0, &(*column_link(head_of_row(a.frames, 1), 1))->val);
+    fast_change_spar(a.frames, 4, false);
+    EXPECT_EQ(sparse_entries(a.frames, 4), 12);
+    EXPECT_NE(sparse_fix, nullptr);
+    restore_sparsefix();
+    EXPECT_EQ(sparse_fix, nullptr);
+    EXPECT_EQ(sparse_entries(a.frames, 4), 15);
+    leave_ring(&stretch);
+    EXPECT_TRUE(sparse_is_sound(a.frames, 4, 4));
+    EXPECT_EQ((*column_link(head_of_row(a.frames, 1), 1))->coord, 2);
 }
 
 // Pins --------------------------------------------------------------------------------------------------

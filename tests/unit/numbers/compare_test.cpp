@@ -2,6 +2,7 @@
 #include "numbers/compare.h"
 #include <gtest/gtest.h>
 #include <limits>
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -10,11 +11,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 5000;
-#else
-constexpr int rounds = 200000;
-#endif
+constexpr int rounds = by_build(5000, 200000);
 
 constexpr double nan_value = std::numeric_limits<double>::quiet_NaN();
 

@@ -9,6 +9,7 @@
 #include "numbers/compare.h"
 #include "numbers/dispatch.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -17,13 +18,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 500;
-constexpr int long_length = 20000;
-#else
-constexpr int rounds = 20000;
-constexpr int long_length = 200000;
-#endif
+constexpr int rounds = by_build(500, 20000);
+constexpr int long_length = by_build(20000, 200000);
 
 constexpr const char *overflow_text = " *** Warning. overflow while reading constant.\n";
 
@@ -553,6 +549,7 @@ TEST(CalcDisp, FollowsTheDisplaySizeInEveryView)
         for (const std::int32_t groups : {3, 0, 1, 17}) {
             disp_size = groups;
             calc_disp();
+            EXPECT_EQ(live_view(), v);
             EXPECT_EQ(decimals_of_one(), "1" + std::string(static_cast<std::size_t>(groups), '0'));
         }
     }

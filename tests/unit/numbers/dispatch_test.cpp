@@ -5,6 +5,7 @@
 #include <limits>
 #include "numbers/word_mod.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -13,11 +14,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 3000;
-#else
-constexpr int rounds = 100000;
-#endif
+constexpr int rounds = by_build(3000, 100000);
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan_value = std::numeric_limits<double>::quiet_NaN();
@@ -80,9 +77,17 @@ TEST(Floats, WholeDivisionIsTruncatedAndRemaindersAreMadeNonNegative)
     const in_view view(view_float);
     const struct {
         double a, b, quotient, truncated, positive;
-    } rows[] = {{7, 2, 3, 1, 1},          {-7, 2, -3, -1, 1},    {7, -2, -3, 1, 1},
-                {-7, -2, 3, -1, 1},       {7.5, 2, 3, 1.5, 1.5}, {-7.5, 2, -3, -1.5, 0.5},
-                {6, 3, 2, 0, 0},          {1, 3, 0, 1, 1},       {1e17, 3, 33333333333333333.0, 1, 1},
+    } rows[] = {{7, 2, 3, 1, 1},
+                {-7, 2, -3, -1, 1},
+                {7, -2, -3, 1, 1},
+                {-7, -2, 3, -1, 1},
+                {7.5, 2, 3, 1.5, 1.5},
+                {-7.5, 2, -3, -1.5, 0.5},
+                {7.5, 2.5, 3, 0, 0},
+                {-0.75, 0.5, -1, -0.25, 0.25},
+                {6, 3, 2, 0, 0},
+                {1, 3, 0, 1, 1},
+                {1e17, 3, 33333333333333333.0, 1, 1},
                 {-1, 1e300, 0, -1, 1e300}};
     for (const auto &row : rows) {
         number a = real_number(row.a), b = real_number(row.b), c = real_number(9);

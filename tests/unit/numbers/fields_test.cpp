@@ -4,6 +4,7 @@
 #include "numbers/mode.h"
 #include "numbers/startup.h"
 #include "numbers/word_mod.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/session_text.h"
 #include "tests/support/views.h"
@@ -23,11 +24,7 @@ struct in_field {
     }
 };
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int samples = 100000;
-#else
-constexpr int samples = 1000000;
-#endif
+constexpr int samples = by_build(100000, 1000000);
 
 // x y in GF(2)[x] modulo x^8 + x^4 + x^3 + x + 1, without a table.
 std::int32_t carryless_product(std::int32_t a, std::int32_t b)

@@ -3,17 +3,14 @@
 #include <gtest/gtest.h>
 #include <vector>
 #include "numbers/long_gcd.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 3;
-#else
-constexpr int rounds = 20;
-#endif
+constexpr int rounds = by_build(3, 20);
 
 // What a step takes off n limbs of ordinary operands, at least; the shortest parts leave a few limbs each.
 static std::int32_t least_progress(std::int32_t n)

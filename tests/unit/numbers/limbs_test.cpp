@@ -5,17 +5,14 @@
 #include <vector>
 #include "numbers/compare.h"
 #include "numbers/limb_root.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr std::int32_t longest = 60;
-#else
-constexpr std::int32_t longest = 110;
-#endif
+constexpr std::int32_t longest = by_build(60, 110);
 
 static void value_of_limbs(const limb *a, std::int32_t n, mpz_t z)
 {

@@ -2,17 +2,14 @@
 #include "numbers/long_add.h"
 #include <gtest/gtest.h>
 #include "numbers/compare.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 100000;
-#else
-constexpr int rounds = 1000000;
-#endif
+constexpr int rounds = by_build(100000, 1000000);
 
 // b = a value that shares leading digits with a, or is near it, or is a stranger.
 static void draw_partner(test_random *r, const long_operand *a, long_operand *b, std::int32_t digits)

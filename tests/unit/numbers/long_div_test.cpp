@@ -5,17 +5,14 @@
 #include "numbers/limb_div.h"
 #include "numbers/long_add.h"
 #include "numbers/long_mul.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 100000;
-#else
-constexpr int rounds = 1000000;
-#endif
+constexpr int rounds = by_build(100000, 1000000);
 
 static void expect_division(const number *a, const number *b, const char *quotient, const char *remainder)
 {

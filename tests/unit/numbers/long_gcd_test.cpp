@@ -2,21 +2,19 @@
 #include "numbers/long_gcd.h"
 #include <gtest/gtest.h>
 #include "numbers/compare.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 using namespace kelmar;
 using kelmar_test::biased_mpz;
+using kelmar_test::by_build;
 using kelmar_test::number_from_mpz;
 using kelmar_test::number_from_text;
 using kelmar_test::number_to_mpz;
 using kelmar_test::record_audit;
 using kelmar_test::test_random;
 
-#ifdef KELMAR_MALLOC_RECORDS
-static constexpr int rounds = 20000;
-#else
-static constexpr int rounds = 1000000;
-#endif
+static constexpr int rounds = by_build(20000, 1000000);
 
 // Operands with a common factor now and then, their gcd by GMP, and the results.
 struct LongGcd : testing::Test {

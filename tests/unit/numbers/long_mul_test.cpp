@@ -4,17 +4,14 @@
 #include "numbers/compare.h"
 #include "numbers/limb_mul.h"
 #include "numbers/long_add.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 100000;
-#else
-constexpr int rounds = 1000000;
-#endif
+constexpr int rounds = by_build(100000, 1000000);
 
 // Digits of an operand: mostly few, now and then up to both sides of the size where chains leave the stack.
 static std::int32_t some_size(test_random *r)

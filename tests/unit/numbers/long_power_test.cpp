@@ -5,22 +5,20 @@
 #include <cmath>
 #include "numbers/compare.h"
 #include "numbers/word_mod.h"
+#include "tests/support/by_build.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
 
 using namespace kelmar;
 using kelmar_test::biased_mpz;
+using kelmar_test::by_build;
 using kelmar_test::caught_error;
 using kelmar_test::number_from_mpz;
 using kelmar_test::number_to_mpz;
 using kelmar_test::record_audit;
 using kelmar_test::test_random;
 
-#ifdef KELMAR_MALLOC_RECORDS
-static constexpr int rounds = 20000;
-#else
-static constexpr int rounds = 1000000;
-#endif
+static constexpr int rounds = by_build(20000, 1000000);
 
 struct LongPower : testing::Test {
     test_random r;
@@ -178,6 +176,17 @@ TEST_F(LongPower, ResiduePowersOfZero)
     EXPECT_EQ(power, 1);
 }
 
+// Modulo a prime the reduction of an exponent cannot be seen; modulo 15 it can.
+TEST_F(LongPower, ExponentsFrom16OnAreReduced)
+{
+    enter(15);
+    std::int32_t power = -1;
+    mod_number_power(2, 15, &power);
+    EXPECT_EQ(power, 8);
+    mod_number_power(2, 16, &power);
+    EXPECT_EQ(power, 4);  // 2^(16 - 14)
+}
+
 // Sizes -----------------------------------------------------------------------------------------------------
 
 TEST_F(LongPower, SinglePowersOfTwo)
@@ -223,6 +232,9 @@ TEST_F(LongPower, BitLengthsOfWords)
     EXPECT_EQ(logg2lint(51), 6);
     EXPECT_EQ(logg2lint(100), 1);
     EXPECT_EQ(logg2lint(-100), 1);
+    enter(15);
+    EXPECT_EQ(logg2lint(7), 3);  // 7 is nearer to 0 than 8
+    EXPECT_EQ(logg2lint(8), 3);
 }
 
 TEST_F(LongPower, LeastAndGreatestOfWords)

@@ -4,21 +4,19 @@
 #include <vector>
 #include "numbers/compare.h"
 #include "numbers/word_mod.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 using namespace kelmar;
 using kelmar_test::biased_mpz;
+using kelmar_test::by_build;
 using kelmar_test::number_from_mpz;
 using kelmar_test::number_from_text;
 using kelmar_test::number_to_mpz;
 using kelmar_test::record_audit;
 using kelmar_test::test_random;
 
-#ifdef KELMAR_MALLOC_RECORDS
-static constexpr int rounds = 20000;
-#else
-static constexpr int rounds = 1000000;
-#endif
+static constexpr int rounds = by_build(20000, 1000000);
 
 struct LongRoot : testing::Test {
     test_random r;

@@ -1,17 +1,14 @@
 // tests/unit/numbers/long_shift_test.cpp -- shifts of long integers.
 #include "numbers/long_shift.h"
 #include <gtest/gtest.h>
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 100000;
-#else
-constexpr int rounds = 1000000;
-#endif
+constexpr int rounds = by_build(100000, 1000000);
 
 TEST(ShiftRight, WholeDigitOfAOneDigitNumberLeavesZero)
 {

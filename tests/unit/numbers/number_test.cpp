@@ -2,6 +2,7 @@
 #include "numbers/number.h"
 #include <gtest/gtest.h>
 #include <vector>
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -10,11 +11,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 3000;
-#else
-constexpr int rounds = 100000;
-#endif
+constexpr int rounds = by_build(3000, 100000);
 
 std::vector<std::int32_t> digits_of(const number *n)
 {

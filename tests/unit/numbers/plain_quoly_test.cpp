@@ -11,6 +11,7 @@
 #include "numbers/dispatch.h"
 #include "session/levels.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/views.h"
 
@@ -19,13 +20,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 1000;
-#else
-constexpr int rounds = 20000;
-#endif
+constexpr int rounds = by_build(1000, 20000);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 quolynode *made(std::int32_t v)
 {

@@ -4,16 +4,14 @@
 #include <algorithm>
 #include <climits>
 #include <vector>
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 
 using namespace kelmar;
+using kelmar_test::by_build;
 using kelmar_test::test_random;
 
-#ifdef KELMAR_MALLOC_RECORDS
-static constexpr int rounds = 10000;
-#else
-static constexpr int rounds = 100000;
-#endif
+static constexpr int rounds = kelmar_test::by_build(10000, 100000);
 static constexpr int sieve_end = 2000000;
 
 // The smallest prime divisor of every number below sieve_end.
@@ -134,6 +132,24 @@ TEST(Primes, ThreeDigitsAtTheEdges)
     EXPECT_EQ(by_digits(3215031751u), 151);  // a strong pseudoprime to 2, 3, 5 and 7
 }
 
+TEST(Primes, DivisorsPastTheWheelAreFoundAtOnce)
+{
+    test_random r;
+    EXPECT_EQ(by_digits(4294967291ull * 4294967279), 4294967279);
+    EXPECT_EQ(by_digits(4294967291ull * 4294967291), 4294967291);
+    EXPECT_EQ(by_digits(2642239ull * 2642239 * 2642239), 2642239);
+    EXPECT_EQ(by_digits(2097169ull * 2097169 * 2097211), 2097169);
+    EXPECT_EQ(by_digits(2097143ull * 2097169 * 2097211), 2097143);
+    for (int i = 0; i < rounds / 100; ++i) {
+        std::uint64_t p = (r.engine() >> (32 + r.below(12))) | 257;
+        std::uint64_t q = (r.engine() >> (32 + r.below(12))) | 257;
+        while (!gmp_prime(p)) p -= 2;
+        while (!gmp_prime(q)) q -= 2;
+        ASSERT_EQ(by_digits(p * q), static_cast<std::int64_t>(std::min(p, q)))
+            << p << " " << q << " seed " << r.seed;
+    }
+}
+
 TEST(Primes, NextPrimeWalksThePrimes)
 {
     const std::vector<std::int32_t> least = smallest_divisors();
@@ -246,6 +262,7 @@ TEST(Primes, SelectionSkipsDivisorsOfEitherLead)
     special_free(&a);
     kelmar_test::number_from_text("-11021", &a);  // 103 * 107
     EXPECT_EQ(select_prime(&a, &a, 2, 1, 4, table.rows.data()), 4);
+    EXPECT_EQ(select_prime(&a, &a, -3, 1, 4, table.rows.data()), 4);  // and to the last one
     special_free(&a);
     special_free(&b);
     mpz_clear(z);

@@ -12,6 +12,7 @@
 #include "numbers/radix.h"
 #include "numbers/random.h"
 #include "storage/sizes.h"
+#include "tests/support/by_build.h"
 #include "tests/support/data_files.h"
 #include "tests/support/long_numbers.h"
 
@@ -409,11 +410,7 @@ std::size_t visible_from(const std::string &bytes, std::size_t at)
     return at % bytes.size();
 }
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int flips_a_file = 6;
-#else
-constexpr int flips_a_file = 30;
-#endif
+constexpr int flips_a_file = by_build(6, 30);
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include "session/levels.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
 
@@ -13,11 +14,7 @@ using namespace kelmar;
 using kelmar_test::caught_error;
 using kelmar_test::test_random;
 
-#ifdef KELMAR_MALLOC_RECORDS
-static constexpr int rounds = 100000;
-#else
-static constexpr int rounds = 1000000;
-#endif
+static constexpr int rounds = kelmar_test::by_build(100000, 1000000);
 
 // Moduli on both sides of 65535, and at the ends of the range.
 static const std::int32_t some_moduli[] = {

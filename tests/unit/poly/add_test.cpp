@@ -1,6 +1,7 @@
 // Sums and differences: all flavours, in every view, with laurent on and off, against the flat form.
 #include "poly/add.h"
 #include <gtest/gtest.h>
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -9,13 +10,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 150;
-#else
-constexpr int rounds = 1000;
-#endif
+constexpr int rounds = by_build(150, 1000);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 // laurent has the value until the end of the block.
 struct in_laurent {

@@ -35,6 +35,16 @@ TEST(Degrees, OfEachVariableAndInAll)
     }
 }
 
+TEST(Degrees, InLaurentTheConstantTermCountsAsZero)
+{
+    in_view live(view_float);
+    laurent = 1;
+    poly_operand p(poly_of_text("{#2, -1{#1}}")), q(poly_of_text("{-1{#1}, -2{1{#1}}}"));
+    EXPECT_EQ(total_degree(p.p), 0);
+    EXPECT_EQ(total_degree(q.p), -1);
+    laurent = 0;
+}
+
 std::string coef_text(const char *text, std::int32_t level, std::int32_t e)
 {
     poly_operand p(poly_of_text(text)), c;

@@ -2,6 +2,7 @@
 #include "poly/derivative.h"
 #include <gtest/gtest.h>
 #include "numbers/dispatch.h"
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -10,13 +11,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 300;
-#else
-constexpr int rounds = 4000;
-#endif
+constexpr int rounds = by_build(300, 4000);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 // The sum of |e| copies of the coefficient, turned over for a negative e: no product is used.
 polynode *reference_derivative(const polynode *p, std::int32_t vars)

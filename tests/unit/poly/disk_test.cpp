@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 #include "poly/variables.h"
+#include "tests/support/by_build.h"
 #include "tests/support/data_files.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
@@ -17,11 +18,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 150;
-#else
-constexpr int rounds = 1500;
-#endif
+constexpr int rounds = by_build(150, 1500);
 
 // An empty working directory with an open store, until the end of the block.
 struct in_store {

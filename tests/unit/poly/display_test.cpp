@@ -295,6 +295,32 @@ TEST_F(Display, ColumnsRunAheadNearTheCutoff)
     EXPECT_EQ(col, dispcutoff - 7);
     adjlength(&col, 2);
     EXPECT_EQ(col, dispcutoff + 1);
+    col = dispcutoff - 8;
+    adjlength(&col, 2);
+    EXPECT_EQ(col, dispcutoff);
+}
+
+// The monomials of the text, from that column on.
+std::string listed_from(std::int32_t col, const char *text)
+{
+    const poly_operand p(poly_of_text(text));
+    return written([&](std::FILE *out) {
+        text_place t;
+        open_text(&t, out, 1, col);
+        monomial_disp(&t, p.p, polynames, 0);
+    });
+}
+
+TEST_F(Display, MonomialsBreakBeforeALevelBeforeANameAndBehind)
+{
+    with<std::int32_t> list(&monomial_list, 1);
+    const std::int32_t full = dispcutoff;
+    EXPECT_EQ(listed_from(full - 11, "{#2}"), "2 ");
+    EXPECT_EQ(listed_from(full - 10, "{#2}"), " `\n2 ");
+    EXPECT_EQ(listed_from(full - 12, "{#123456}"), "123456 ");
+    EXPECT_EQ(listed_from(full - 11, "{#123456}"), "123456  `\n");
+    EXPECT_EQ(listed_from(full - 13, "{1{#1234567890}}"), "1234567890*x  `\n");
+    EXPECT_EQ(listed_from(full - 12, "{1{#1234567890}}"), "1234567890* `\nx ");
 }
 
 // The text of p as it comes to the terminal.

@@ -4,6 +4,7 @@
 #include "poly/div_steps.h"
 #include "poly/measure.h"
 #include "session/errnums.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 
 using namespace kelmar;
@@ -11,11 +12,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 40;
-#else
-constexpr int rounds = 500;
-#endif
+constexpr int rounds = by_build(40, 500);
 
 std::string quot_text(const char *a, const char *b)
 {

@@ -5,31 +5,19 @@
 #include "poly/div_exact.h"
 #include "poly/div_fast.h"
 #include "poly/div_pseudo.h"
+#include "poly/mul.h"
 #include "poly/mul_work.h"
-#include "session/levels.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "tests/support/answer_time.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
 
 namespace {
-
-// What f writes. At the highest command level no further one is pushed, so a fault unwinds.
-template <class F> std::string report_of(F f)
-{
-    const kept_view view;
-    const auto saved = levelcount;
-    levelcount = highest_level;
-    testing::internal::CaptureStdout();
-    caught_error([&] {
-        Output = stdout;
-        f();
-    });
-    levelcount = saved;
-    return testing::internal::GetCapturedStdout();
-}
 
 struct PolyFaults : testing::Test {
     six_variables names;
@@ -164,6 +152,95 @@ TEST(PolyDivInterrupt, LeavesTheOperandsAndLosesNothing)
     expect_harmless_interrupt([&] { q = exact_quotient(product.p, m.p, names.first()); }, product.p, m.p);
     expect_harmless_interrupt([&] { pseudo_div(n.p, m.p, &q, &r, 1, names.first()); }, n.p, m.p);
     expect_harmless_interrupt([&] { school_poly_divide(n.p, monic.p, &q, &r, names.first()); }, n.p, monic.p);
+}
+
+// The sum of a random number for each power below `terms` of the variable of level 1, or of each two of level
+// 1 and 2; the leading coefficient is 1.
+polynode *dense_poly(test_random *r, std::int32_t terms, int levels)
+{
+    polynode *p = nullptr;
+    polynode **end = &p;
+    for (std::int32_t e = terms - 1; e >= 0; --e) {
+        polynode *coef = nullptr;
+        if (levels > 1) {
+            coef = dense_poly(r, terms, 1);
+        } else {
+            poly_set(e == terms - 1 ? 1 : 1 + static_cast<std::int32_t>(r->below(60000)), &coef);
+        }
+        make_monomial(end, e, coef);
+        end = &(*end)->next;
+    }
+    return p;
+}
+
+// A long division of each method.
+TEST(PolyDivInterrupt, IsAnsweredInAFifthOfASecondInEveryMethod)
+{
+    constexpr std::int32_t fewer = by_build(2, 1);  // every record is dear
+    test_random r;
+    six_variables names;
+    static polynode *q, *rest;
+    struct long_division {
+        num_view view;
+        std::int32_t above, below;
+        int levels;
+        void (*f)(polynode *n, polynode *m, const pt *var);
+    };
+    const long_division cases[] = {
+        {view_float, 40000, 20000, 1,
+         [](polynode *n, polynode *m, const pt *) { simplest_poly_divide(n, m, &q, &rest, 0); }},
+        {view_digits, 3000, 1500, 1,
+         [](polynode *n, polynode *m, const pt *var) { school_poly_divide(n, m, &q, &rest, var); }},
+        {view_digits, 3000, 1500, 1,
+         [](polynode *n, polynode *m, const pt *var) { pseudo_div(n, m, &q, &rest, 1, var); }},
+        {view_digits, 120, 50, 2,
+         [](polynode *n, polynode *m, const pt *var) { pseudo_div_no_q(n, m, &rest, var, 1); }},
+        {view_modular, 400000, 150000, 1,
+         [](polynode *n, polynode *m, const pt *) { basic_poly_divide(n, m, &q, &rest, 1); }},
+        {view_modular, 100, 60, 2,
+         [](polynode *n, polynode *m, const pt *var) { pseudo_div(n, m, &q, &rest, 1, var); }},
+    };
+    for (const long_division &l : cases) {
+        in_view live(l.view, 65521);
+        poly_operand n(dense_poly(&r, l.above / fewer, l.levels)),
+            m(dense_poly(&r, l.below / fewer, l.levels));
+        const std::string n_text = poly_text(n.p), m_text = poly_text(m.p);
+        q = rest = nullptr;
+        const double waited = answer_time([&] { l.f(n.p, m.p, names.first()); });
+        EXPECT_GE(waited, 0) << "the division was too short: view " << l.view << ", " << l.levels;
+#ifndef KELMAR_MALLOC_RECORDS
+        EXPECT_LT(waited, 200) << "view " << l.view << ", " << l.levels;
+#endif
+        EXPECT_EQ(poly_text(n.p), n_text);
+        EXPECT_EQ(poly_text(m.p), m_text);
+        free_poly(&q);
+        free_poly(&rest);
+        release_work();
+    }
+}
+
+// Products of two levels divided by a factor.
+TEST(PolyDivInterrupt, IsAnsweredInAFifthOfASecondInExactDivision)
+{
+    constexpr std::int32_t terms = by_build(30, 70);
+    test_random r;
+    six_variables names;
+    for (num_view v : {view_float, view_modular, view_digits}) {
+        in_view live(v, 65521);
+        poly_operand a(dense_poly(&r, terms, 2)), b(dense_poly(&r, terms, 2)), product;
+        poly_mult(a.p, b.p, &product.p, nilpol);
+        const std::string text = poly_text(product.p);
+        polynode *quotient = nullptr;
+        const double waited = answer_time(
+            [&] { trial_poly_divide(product.p, a.p, &quotient, names.first(), 0, 0, 0); });
+        EXPECT_GE(waited, 0) << "the division was too short: view " << v;
+#ifndef KELMAR_MALLOC_RECORDS
+        EXPECT_LT(waited, 200) << "view " << v;
+#endif
+        EXPECT_EQ(poly_text(product.p), text);
+        free_poly(&quotient);
+        release_work();
+    }
 }
 
 }  // namespace

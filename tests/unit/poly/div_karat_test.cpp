@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include "poly/div.h"
 #include "poly/mul_work.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 
 using namespace kelmar;
@@ -11,11 +12,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr std::int32_t highest = 36;
-#else
-constexpr std::int32_t highest = 80;
-#endif
+constexpr std::int32_t highest = by_build(36, 80);
 
 // Of the degree; every `gap`-th exponent at random. lead: the leading coefficient is 1.
 polynode *test_poly(test_random *r, std::int32_t degree, int gap, bool lead, std::int32_t vars)

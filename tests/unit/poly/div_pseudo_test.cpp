@@ -1,6 +1,7 @@
 // Pseudo-division: c^k n = q m + r, with every power of c, in every ring.
 #include "poly/div_pseudo.h"
 #include <gtest/gtest.h>
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 
 using namespace kelmar;
@@ -8,11 +9,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 40;
-#else
-constexpr int rounds = 400;
-#endif
+constexpr int rounds = by_build(40, 400);
 
 // c^k n, by the flat form.
 polynode *scaled(const polynode *n, const polynode *m, std::int32_t k, std::int32_t vars)

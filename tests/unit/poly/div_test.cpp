@@ -6,6 +6,7 @@
 #include "poly/mul.h"
 #include "poly/mul_work.h"
 #include "session/errnums.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 
 using namespace kelmar;
@@ -13,13 +14,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-constexpr std::int32_t million = 100000;  // here a frame is so large that these would not fit the stack
-#else
-constexpr int rounds = 600;
-constexpr std::int32_t million = 1000000;
-#endif
+constexpr int rounds = by_build(60, 600);
+constexpr std::int32_t million = by_build(100000, 1000000);  // here a frame is so large that these would not fit the stack
 
 std::string mod_or_div_text(const char *a, const char *b, char op)
 {

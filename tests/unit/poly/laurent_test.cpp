@@ -82,6 +82,17 @@ TEST(ClearBads, ExponentsThatWouldLeaveTheWordsAreAnErrorAndNothingChanges)
     EXPECT_EQ(poly_text(low.p), "{2147483647{#1}, 2147483646{#2}}");
 }
 
+// The smaller of s and t by level: what clears both of two polynomials.
+void merge_shifts(exponent_shifts *s, const exponent_shifts *t)
+{
+    const std::int32_t levels = s->levels > t->levels ? s->levels : t->levels;
+    s->levels = 0;
+    for (std::int32_t k = 1; k <= levels; ++k) {
+        if (t->by[k] < s->by[k]) s->by[k] = t->by[k];
+        if (s->by[k] != 0) s->levels = k;
+    }
+}
+
 TEST(ClearBads, WhatIsTakenOutComesBackInEveryShape)
 {
     in_view live(view_digits);

@@ -175,7 +175,7 @@ TEST(ExpLength, SuitsWordArraysInModularModeAlone)
     }
 }
 
-TEST(ExpLength, NegativeExponentsSuitNoArrayOfOneVariable)
+TEST(ExpLength, NegativeExponentsSuitNoArray)
 {
     in_view live(view_modular);
     laurent = 1;
@@ -187,6 +187,9 @@ TEST(ExpLength, NegativeExponentsSuitNoArrayOfOneVariable)
     EXPECT_EQ(low, -1);
     EXPECT_EQ(dense, 0);
     number_polys = 2;
+    dense = 1;
+    EXPECT_EQ(exp_poly_length(p.p, &low, &dense), 3);
+    EXPECT_EQ(dense, 0);
     dense = 1;
     exp_poly_length(q.p, &low, &dense);
     EXPECT_EQ(dense, 0) << "a number with terms behind it is no constant";

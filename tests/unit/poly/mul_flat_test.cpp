@@ -7,6 +7,7 @@
 #include "poly/mul_school.h"
 #include "poly/mul_work.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/views.h"
 
@@ -15,11 +16,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-#else
-constexpr int rounds = 400;
-#endif
+constexpr int rounds = by_build(60, 400);
 
 constexpr num_view flat_views[] = {view_float, view_field, view_modular, view_word, view_digits};
 
@@ -48,7 +45,7 @@ int flat_product(const polynode *a, const polynode *b, polynode **c)
 // Return the product, after checking it against the schoolbook; "declined" when it is.
 std::string flat_text(polynode *a, polynode *b, std::int32_t vars)
 {
-    const with_value nested(&flat_mult_cut, never);
+    const kept_word nested(&flat_mult_cut, never);
     const std::string text_a = poly_text(a), text_b = poly_text(b);
     poly_operand flat, school;
     if (!flat_product(a, b, &flat.p)) return "declined";
@@ -87,7 +84,7 @@ TEST(FlatProduct, WhatCancelsGoesAndNumbersCollapse)
 
 TEST(FlatProduct, NegativeExponentsOnEveryLevel)
 {
-    const with_value on(&laurent, 1);
+    const kept_word on(&laurent, 1);
     in_view live(view_digits);
     EXPECT_EQ(flat_text("{1{-1{#1}}, #2, -1{1{#3}}}", "{-1{1{#1}}, -2{#5}}"),
               "{#1, -1{1{#2}, -1{#5}}, -2{2{#3}, #10}, -3{1{#15}}}");
@@ -143,13 +140,13 @@ TEST(FlatProduct, SumsOfShortIntegersOnBothSidesOfAWord)
 TEST(FlatProduct, AgreesWithTheSchoolbookForStretchesOfEverySize)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : flat_views) {
         for (std::int64_t cells : {1, 7, 100, 1 << 15}) {
             for (std::int64_t batch : {4, 50, 1 << 16}) {
                 const with_size least(&flat_table_least, cells), most(&flat_table_most, cells),
                     size(&flat_batch, batch);
-                const with_value form(&laurent, static_cast<std::int32_t>(r.below(2)));
+                const kept_word form(&laurent, static_cast<std::int32_t>(r.below(2)));
                 in_view live(v, r.below(2) == 0 ? 36 : 2147483629);
                 poly_audit audit;
                 for (int k = 0; k < rounds / 40 + 1; ++k) {
@@ -174,7 +171,7 @@ TEST(FlatProduct, AgreesWithTheSchoolbookForStretchesOfEverySize)
 TEST(FlatProduct, RowsWithoutGapsAgreeWithTheSchoolbookHoweverTheyAreCut)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     const with_size transforms(&transform_cut, never);
     for (num_view v : flat_views) {
         in_view live(v, 65521);
@@ -193,13 +190,13 @@ TEST(FlatProduct, RowsWithoutGapsAgreeWithTheSchoolbookHoweverTheyAreCut)
 TEST(FlatProduct, TransformsAgreeWithStretches)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : flat_views) {
         for (std::int32_t m : {36, 65521, 65537, 2147483629}) {
             in_view live(v, m);
             for (std::int32_t n : {2, 30, 199, 200, 201, 600}) {
                 poly_operand a(dense_poly(&r, 0, n - 1)), b(dense_poly(&r, 5, n + 40)), with, without;
-                const with_value nested(&flat_mult_cut, never);
+                const kept_word nested(&flat_mult_cut, never);
                 {
                     const with_size cut(&transform_cut, 2);
                     ASSERT_TRUE(flat_product(a.p, b.p, &with.p));
@@ -258,7 +255,7 @@ TEST(ProductWork, WhatAJumpLeavesTheNextProductReleases)
     {
         poly_operand p(poly_of_text("{3{#5}, #1}")), q;
         leave_by_jump(&p.p);
-        const with_value nested(&flat_mult_cut, never);
+        const kept_word nested(&flat_mult_cut, never);
         poly_mult(p.p, p.p, &q.p, nilpol);
         EXPECT_EQ(poly_text(q.p), "{6{#25}, 3{#10}, #1}");
         EXPECT_EQ(poly_text(p.p), "{3{#5}, #1}");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "poly/measure.h"
 #include "poly/mul_school.h"
+#include "tests/support/by_build.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/views.h"
 
@@ -11,13 +12,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 60;
-#else
-constexpr int rounds = 300;
-#endif
+constexpr int rounds = by_build(60, 300);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 // By the step on lists; every smaller product by the cut-offs in force.
 void by_halves(polynode *a, polynode *b, polynode **c)
@@ -60,7 +56,7 @@ TEST(Karatsuba, TheMiddlePartMayVanish)
 
 TEST(Karatsuba, ANumberInTheHighPartStandsOnATermMeanwhile)
 {
-    const with_value on(&laurent, 1);
+    const kept_word on(&laurent, 1);
     in_view live(view_float);
     poly_operand a(poly_of_text("{1{#1}, #2, -1{#3}, -2{#4}}")),
         b(poly_of_text("{#5, -1{#6}, -2{#7}, -3{#8}}"));
@@ -100,7 +96,7 @@ TEST(Karatsuba, ListsWithGapsAndUnequalLengths)
 TEST(ShiftExponents, UpAndDown)
 {
     in_view live(view_float);
-    const with_value on(&laurent, 1);
+    const kept_word on(&laurent, 1);
     poly_operand p(poly_of_text("{1{#1}, #2, -1{#3}}"));
     shift_exponents(&p.p, 1);
     EXPECT_EQ(poly_text(p.p), "{2{#1}, 1{#2}, #3}");
@@ -114,11 +110,11 @@ TEST(ShiftExponents, UpAndDown)
 TEST(Karatsuba, AgreesWithTheSchoolbookInEveryView)
 {
     test_random r;
-    make_field_products();
-    const with_value nested(&flat_mult_cut, never);
+    make_small_field();
+    const kept_word nested(&flat_mult_cut, never);
     for (num_view v : all_views) {
         for (std::int32_t in_laurent : {0, 1}) {
-            const with_value form(&laurent, in_laurent), cut(&poly_cutoff, 2), short_cut(&fast_mult_cut, 2);
+            const kept_word form(&laurent, in_laurent), cut(&poly_cutoff, 2), short_cut(&fast_mult_cut, 2);
             in_view live(v, 36);
             poly_audit audit;
             for (int k = 0; k < rounds / 6; ++k) {
@@ -142,7 +138,7 @@ TEST(Karatsuba, AgreesWithTheSchoolbookInEveryView)
 TEST(Karatsuba, OneLevelOfWordsAboveTheArrays)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : {view_field, view_modular}) {
         for (std::int32_t m : {65521, 2147483629}) {
             in_view live(v, m);

@@ -2,18 +2,15 @@
 // share.
 #include "poly/mul.h"
 #include <gtest/gtest.h>
-#include <sys/time.h>
-#include <ctime>
 #include <cmath>
-#include <csignal>
 #include "poly/add.h"
 #include "poly/flat.h"
 #include "poly/measure.h"
 #include "poly/mul_array.h"
 #include "poly/mul_school.h"
 #include "poly/mul_work.h"
-#include "session/levels.h"
-#include "session/report.h"
+#include "tests/support/answer_time.h"
+#include "tests/support/by_build.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/views.h"
 
@@ -22,15 +19,9 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 150;
-constexpr std::int32_t fewer_terms = 6;  // every record is dear
-#else
-constexpr int rounds = 600;
-constexpr std::int32_t fewer_terms = 1;
-#endif
+constexpr int rounds = by_build(150, 600);
+constexpr std::int32_t fewer_terms = by_build(6, 1);  // every record is dear
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 // Return a * b after checking that it is normal and that the operands read as before.
 std::string product_text(polynode *a, polynode *b, std::int32_t vars)
@@ -54,7 +45,7 @@ std::string product_text(const char *a, const char *b)
 
 TEST(PolyMult, TheMiddleTermCancelsInTheSchoolbook)
 {
-    const with_value nested(&flat_mult_cut, never);
+    const kept_word nested(&flat_mult_cut, never);
     for (num_view v : {view_float, view_word, view_small, view_digits}) {
         in_view live(v);
         EXPECT_EQ(product_text("{1{#1}, #1}", "{1{#1}, #-1}"), "{2{#1}, #-1}");
@@ -82,7 +73,7 @@ TEST(PolyMult, NumbersAndANumberTimesAList)
 TEST(PolyMult, WrappersMeetLists)
 {
     for (std::int32_t cut : {0, never}) {
-        const with_value flat(&flat_mult_cut, cut);
+        const kept_word flat(&flat_mult_cut, cut);
         in_view live(view_float);
         EXPECT_EQ(product_text("{0{1{#1}, #1}}", "{1{#1}, #2}"), "{1{1{#1}, #1}, 0{1{#2}, #2}}");
         EXPECT_EQ(product_text("{0{1{#1}, #1}}", "{0{1{#1}, #-1}}"), "{0{2{#1}, #-1}}");
@@ -93,7 +84,7 @@ TEST(PolyMult, WrappersMeetLists)
 TEST(PolyMult, OneOperandTwiceIsLeftWhole)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : all_views) {
         in_view live(v);
         poly_audit audit;
@@ -132,7 +123,7 @@ TEST(PolyMult, ASparseSquareHasANegativeCountAndIsRight)
 
 TEST(PolyMult, ASpanOfSixTimesTheCountIsDenseAndOneMoreIsNot)
 {
-    const with_value nested(&flat_mult_cut, never), cut(&poly_cutoff, 2);
+    const kept_word nested(&flat_mult_cut, never), cut(&poly_cutoff, 2);
     in_view live(view_digits);
     std::int32_t low = 0;
     int dense = 0;
@@ -145,9 +136,9 @@ TEST(PolyMult, ASpanOfSixTimesTheCountIsDenseAndOneMoreIsNot)
 
 TEST(PolyMult, InLaurentANumberMayStandBeforeNegativeExponents)
 {
-    const with_value on(&laurent, 1);
+    const kept_word on(&laurent, 1);
     for (std::int32_t cut : {0, never}) {
-        const with_value flat(&flat_mult_cut, cut);
+        const kept_word flat(&flat_mult_cut, cut);
         in_view live(view_float);
         EXPECT_EQ(product_text("{1{#1}, #2, -1{#3}}", "{1{#1}, #-2, -1{#3}}"), "{2{#1}, #2, -2{#9}}");
         EXPECT_EQ(product_text("{1{#1}, -1{#1}}", "{-1{#5}, -2{#7}}"), "{#5, -1{#7}, -2{#5}, -3{#7}}");
@@ -159,7 +150,7 @@ TEST(PolyMult, InLaurentANumberMayStandBeforeNegativeExponents)
 TEST(PolyMult, ProductsThatUnderflowAreDropped)
 {
     for (std::int32_t cut : {0, never}) {
-        const with_value flat(&flat_mult_cut, cut);
+        const kept_word flat(&flat_mult_cut, cut);
         in_view live(view_float);
         EXPECT_EQ(product_text("{1{#1e-200}, #1}", "{1{#1e-200}, #1}"), "{1{#2e-200}, #1}");
         EXPECT_EQ(product_text("{1{#1e-200}}", "{1{#1e-200}}"), "{#0}");
@@ -170,7 +161,7 @@ TEST(PolyMult, ProductsThatUnderflowAreDropped)
 TEST(PolyMult, ZeroDivisorsMayLeaveNothing)
 {
     for (std::int32_t cut : {0, never}) {
-        const with_value flat(&flat_mult_cut, cut);
+        const kept_word flat(&flat_mult_cut, cut);
         in_view live(view_modular, 36);
         EXPECT_EQ(product_text("{1{#6}, #12}", "{2{#6}, 1{#18}, #30}"), "{#0}");
         EXPECT_EQ(product_text("{1{1{#6}, #1}, #12}", "{1{#6}}"), "{2{#6}}");
@@ -204,7 +195,7 @@ TEST(PolyMult, ACutOffOfTheVariableTakesThePlaceOfTheGlobalOne)
     EXPECT_FALSE(relation_from(&var));
     test_random r;
     in_view live(view_digits);
-    const with_value nested(&flat_mult_cut, never);
+    const kept_word nested(&flat_mult_cut, never);
     poly_operand a(dense_poly(&r, 0, 12)), b(dense_poly(&r, 0, 9)), c;
     poly_operand expected(reference_product(a.p, b.p, 1));
     poly_mult(a.p, b.p, &c.p, &var);
@@ -239,15 +230,15 @@ void random_products(test_random *r, std::int32_t low, int count)
 TEST(PolyMult, RandomProductsAgreeWithTheFlatFormInEveryView)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : all_views) {
         for (std::int32_t modulus_here : {101, 36, 65521, 2147483629}) {
             for (std::int32_t flat_cut : {0, never}) {
                 for (std::int32_t in_laurent : {0, 1}) {
                     if (v != view_modular && modulus_here != 101) continue;
-                    const with_value flat(&flat_mult_cut, flat_cut), form(&laurent, in_laurent);
-                    const with_value cut(&poly_cutoff, r.below(2) == 0 ? 20 : 3);
-                    const with_value short_cut(&fast_mult_cut, r.below(2) == 0 ? 10 : 2);
+                    const kept_word flat(&flat_mult_cut, flat_cut), form(&laurent, in_laurent);
+                    const kept_word cut(&poly_cutoff, r.below(2) == 0 ? 20 : 3);
+                    const kept_word short_cut(&fast_mult_cut, r.below(2) == 0 ? 10 : 2);
                     in_view live(v, modulus_here);
                     poly_audit audit;
                     random_products(&r, in_laurent ? -4 : 0, rounds / 10);
@@ -261,10 +252,10 @@ TEST(PolyMult, RandomProductsAgreeWithTheFlatFormInEveryView)
 TEST(PolyMult, MethodsAgreeOnBothSidesOfEachLength)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : all_views) {
         for (std::int32_t flat_cut : {12, never}) {
-            const with_value flat(&flat_mult_cut, flat_cut);
+            const kept_word flat(&flat_mult_cut, flat_cut);
             in_view live(v, 65537);
             for (std::int32_t n : {9, 10, 11, 19, 20, 21, 30, 31, 39, 40, 41, 50, 80}) {
                 poly_operand a(dense_poly(&r, 0, n - 1)), b(dense_poly(&r, n & 1, n)),
@@ -338,49 +329,6 @@ TEST(PolyMult, FractionsStayWithinTheNormBound)
 
 // Interrupts --------------------------------------------------------------------------------------------
 
-// Milliseconds that the process has computed: others on the machine do not count.
-double spent()
-{
-    timespec t;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return 1e3 * static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_nsec);
-}
-
-double asked;
-
-void ask(int)
-{
-    asked = spent();
-    interrupt_flag = 1;
-}
-
-// Ask for an interrupt 20 ms after the start of a * b. Return how many milliseconds it waited; -1: it came
-// too late.
-double answer_time(polynode *a, polynode *b)
-{
-    const std::string text_a = poly_text(a);
-    bool came_back = false;
-    poly_operand c;
-    const auto saved = levelcount;
-    levelcount = highest_level;  // no further level is pushed there: an interrupt unwinds
-    std::signal(SIGALRM, ask);
-    itimerval timer = {};
-    timer.it_value.tv_usec = 20000;
-    setitimer(ITIMER_REAL, &timer, nullptr);
-    error_in_view([&] {
-        poly_mult(a, b, &c.p, nilpol);
-        came_back = true;
-    });
-    const double waited = spent() - asked;
-    timer.it_value.tv_usec = 0;
-    setitimer(ITIMER_REAL, &timer, nullptr);
-    interrupt_flag = 0;
-    levelcount = saved;
-    EXPECT_EQ(poly_text(a), text_a);
-    release_work();
-    return came_back ? -1 : waited;
-}
-
 // A long product of each method: the operands, and whether flat arrays are off.
 TEST(PolyMultInterrupt, IsAnsweredInAFifthOfASecondInEveryMethod)
 {
@@ -398,7 +346,7 @@ TEST(PolyMultInterrupt, IsAnsweredInAFifthOfASecondInEveryMethod)
         {view_modular, never, 40000, 340, 1},     // rows
     };
     for (const long_product &l : cases) {
-        const with_value flat(&flat_mult_cut, l.flat_cut);
+        const kept_word flat(&flat_mult_cut, l.flat_cut);
         in_view live(l.view, 65521);
         flat_poly terms;
         for (std::int32_t k = 0; k < l.terms / fewer_terms; ++k) {
@@ -410,7 +358,12 @@ TEST(PolyMultInterrupt, IsAnsweredInAFifthOfASecondInEveryMethod)
         }
         poly_operand a(nest(&terms)), b;
         poly_assign(a.p, &b.p);
-        const double waited = answer_time(a.p, b.p);
+        const std::string text = poly_text(a.p);
+        polynode *c = nullptr;
+        const double waited = answer_time([&] { poly_mult(a.p, b.p, &c, nilpol); });
+        EXPECT_EQ(poly_text(a.p), text);
+        free_poly(&c);
+        release_work();
         EXPECT_GE(waited, 0) << "the product was too short: view " << l.view;
 #ifndef KELMAR_MALLOC_RECORDS
         EXPECT_LT(waited, 200) << "view " << l.view;
@@ -438,7 +391,7 @@ TEST(Parts, TheTotalOfNoneIsZeroAndOfManyTheSum)
 TEST(NodeByPoly, TakesOneTermAndKeepsTheForm)
 {
     in_view live(view_digits);
-    const with_value on(&laurent, 1);
+    const kept_word on(&laurent, 1);
     poly_operand t(poly_of_text("{#2, -1{#7}}")), p(poly_of_text("{1{1{#1}, #1}, #5, -2{#3}}")), c;
     node_by_poly(t.p, p.p, &c.p, nilpol);
     EXPECT_EQ(poly_text(c.p), "{1{1{#2}, #2}, #10, -2{#6}}");

@@ -7,8 +7,10 @@
 #include "numbers/word_mod.h"
 #include "session/levels.h"
 #include "session/output.h"
+#include "tests/support/by_build.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/long_numbers.h"
+#include "tests/support/reports.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -16,11 +18,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 5000;
-#else
-constexpr int rounds = 50000;
-#endif
+constexpr int rounds = by_build(5000, 50000);
 
 constexpr std::int32_t room = 40;
 constexpr std::int32_t untouched = -99;

@@ -8,6 +8,7 @@
 #include "session/levels.h"
 #include "session/output.h"
 #include "tests/support/mul_operands.h"
+#include "tests/support/reports.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -63,13 +64,13 @@ void expect_products(test_random *r, std::size_t n, std::size_t m)
 TEST(OnevarMult, MethodsAgreeOnBothSidesOfTheCutOffAndOfTheRatio)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : {view_modular, view_field}) {
         for (std::int32_t m : {2, 3, 36, 65521, 65535, 65536, 65537, 2147483629, 2147483646}) {
             if (v == view_field && m != 2) continue;
             in_view live(v, m);
             for (std::int32_t cut : {6, 20, 40}) {
-                const with_value cutoff(&poly_cutoff, cut);
+                const kept_word cutoff(&poly_cutoff, cut);
                 const std::size_t c = static_cast<std::size_t>(cut);
                 for (std::size_t n : {std::size_t{1}, std::size_t{2}, c, c + 1, c + 2, 2 * c + 1, 5 * c}) {
                     for (std::size_t k : {n, n + 1, 2 * n - 1, 2 * n, 15 * n - 14, 15 * n - 13, 16 * n}) {
@@ -126,19 +127,13 @@ TEST(OnevarMult, AZeroAtTheTopOfTheProductIsNoFault)
     EXPECT_EQ(z, words(199, 0));
 }
 
-// What a fault in f writes. At the highest command level no further one is pushed, so it unwinds.
-template <class F> std::string report_of(F f)
+// What f writes; when it comes back it says so.
+template <class F> std::string report_and_end(F f)
 {
-    const auto saved = levelcount;
-    levelcount = highest_level;
-    testing::internal::CaptureStdout();
-    caught_error([&] {
-        Output = stdout;
+    return report_of([&] {
         f();
         std::printf("it came back");
     });
-    levelcount = saved;
-    return testing::internal::GetCapturedStdout();
 }
 
 void expect_report(const std::string &report, const std::string &expected)
@@ -152,15 +147,15 @@ TEST(OnevarMultFaults, ReversedRangesAndZerosAtTheTop)
     in_view live(view_modular, 101);
     const words x = {1, 2}, zero = {1, 0};
     words z(8, -7);
-    expect_report(report_of([&] { onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
+    expect_report(report_and_end([&] { onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
                   " ** bad exps onevar 1, 0, 0, 1\n*** Kelmar error. potential 0 in onevar_mult.\n");
     expect_report(
-        report_of([&] { onevar_mult(x.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
+        report_and_end([&] { onevar_mult(x.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
         " ** bad upper limits, onevar 0, 1, 0, 1, 2, 0\n*** Kelmar error. 0 upper value in onevar_mult.\n");
-    expect_report(report_of([&] { fast_array_onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
+    expect_report(report_and_end([&] { fast_array_onevar_mult(x.data(), x.data(), z.data(), 1, 0, 0, 1); }),
                   "*** Kelmar error. bad exps in fast_array_onevar_mult.\n");
     EXPECT_EQ(z, words(8, -7));
-    EXPECT_EQ(report_of([&] { onevar_mult(zero.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
+    EXPECT_EQ(report_and_end([&] { onevar_mult(zero.data(), zero.data(), z.data(), 0, 1, 0, 1); }),
               "it came back");
     EXPECT_EQ(z[0], 1);
 }
@@ -186,7 +181,7 @@ TEST(WordArrays, ZeroOfDegreeZeroIsAFault)
     in_view live(view_modular, 101);
     const words zero = {0};
     poly_operand p;
-    expect_report(report_of([&] { array_to_poly(zero.data(), 0, &p.p); }),
+    expect_report(report_and_end([&] { array_to_poly(zero.data(), 0, &p.p); }),
                   "*** Kelmar error. bad x[0] in array_to_poly.\n");
     EXPECT_EQ(p.p, nullptr);
 }
@@ -207,7 +202,7 @@ std::string simplest_text(polynode *a, polynode *b)
 TEST(SimplestPolyMult, EveryThresholdFromBothSides)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : {view_modular, view_field, view_float}) {
         in_view live(v, 65521);
         for (std::int32_t top : {8, 9, 10, 19, 20, 30, 39, 40, 41, 50, 120}) {
@@ -215,8 +210,8 @@ TEST(SimplestPolyMult, EveryThresholdFromBothSides)
                 poly_operand a(dense_poly(&r, low, top)), b(dense_poly(&r, 0, top + 1));
                 for (std::int32_t arrays : {25000, 2 * top + 1, 2 * top}) {
                     for (std::int32_t cut : {10, top, top + 3}) {
-                        const with_value limit(&fast_gcd_size, arrays), short_cut(&fast_mult_cut, cut);
-                        const with_value cutoff(&poly_cutoff, 40);
+                        const kept_word limit(&fast_gcd_size, arrays), short_cut(&fast_mult_cut, cut);
+                        const kept_word cutoff(&poly_cutoff, 40);
                         poly_operand expected(reference_product(a.p, b.p, 1)),
                             square(reference_product(a.p, a.p, 1));
                         EXPECT_EQ(simplest_text(a.p, b.p), poly_text(expected.p));
@@ -276,6 +271,8 @@ TEST(TryFast2Var, TakesDensePairsWithinTheRows)
     EXPECT_TRUE(try_fast_2_var(a.p, b.p));
     EXPECT_TRUE(try_fast_2_var(b.p, a.p));
     EXPECT_FALSE(try_fast_2_var(a.p, thin.p)) << "25 terms";
+    poly_operand just(dense_poly2(&r, 25, 5));
+    EXPECT_TRUE(try_fast_2_var(a.p, just.p)) << "26 terms";
     poly_operand long_one(dense_poly2(&r, 289, 1)), longer(dense_poly2(&r, 288, 1));
     EXPECT_FALSE(try_fast_2_var(long_one.p, a.p)) << "more than 9 times as long";
     poly_operand nine(dense_poly2(&r, 279, 1));
@@ -284,6 +281,17 @@ TEST(TryFast2Var, TakesDensePairsWithinTheRows)
     EXPECT_FALSE(try_fast_2_var(a.p, one_level.p));
     in_view field(view_field);
     EXPECT_FALSE(try_fast_2_var(a.p, b.p));
+}
+
+TEST(TryFast2Var, ASpanOfThreeTimesTheTermsIsTooMuch)
+{
+    test_random r;
+    in_view live(view_modular, 101);
+    poly_operand a(dense_poly2(&r, 31, 5)), wide(dense_poly2(&r, 25, 5));
+    wide.p->exp = 77;  // 26 terms
+    EXPECT_TRUE(try_fast_2_var(a.p, wide.p));
+    wide.p->exp = 78;
+    EXPECT_FALSE(try_fast_2_var(a.p, wide.p));
 }
 
 TEST(TryFast2Var, SumsOfDegreesStayBelowTheRows)
@@ -328,7 +336,7 @@ TEST(FastestPoly2Mult, AgreesWithTheFlatForm)
                 EXPECT_EQ(poly_text(s.p), poly_text(square.p));
                 free_poly(&c.p);
                 for (std::int32_t flat : {12, never}) {  // 30 and 31 are on the two sides of row_arrays_from
-                    const with_value cut(&flat_mult_cut, flat);
+                    const kept_word cut(&flat_mult_cut, flat);
                     poly_mult(a.p, b.p, &c.p, nilpol);
                     EXPECT_EQ(poly_text(c.p), poly_text(expected.p));
                 }

@@ -8,7 +8,9 @@
 #include "poly/variables.h"
 #include "session/errors.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
+#include "tests/support/ring_brackets.h"
 #include "tests/support/session_text.h"
 #include "tests/support/views.h"
 
@@ -17,11 +19,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 200;
-#else
-constexpr int rounds = 3000;
-#endif
+constexpr int rounds = by_build(200, 3000);
 
 constexpr std::int32_t moduli[] = {2,     3,     7,          101,        256,       65521,
                                    65535, 65536, 2147483629, 2147483646, 1000000007};

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "numbers/fields.h"
 #include "poly/measure.h"
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -11,11 +12,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 300;
-#else
-constexpr int rounds = 4000;
-#endif
+constexpr int rounds = by_build(300, 4000);
 
 std::string scaled_text(std::int32_t v, const char *text)
 {

@@ -8,6 +8,7 @@
 #include "poly/mul.h"
 #include "session/report.h"
 #include "storage/accounting.h"
+#include "tests/support/by_build.h"
 #include "tests/support/polys.h"
 #include "tests/support/views.h"
 
@@ -16,11 +17,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 500;
-#else
-constexpr int rounds = 5000;
-#endif
+constexpr int rounds = by_build(500, 5000);
 
 // No variables before a test, and none after it.
 struct Variables : testing::Test {

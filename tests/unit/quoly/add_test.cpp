@@ -1,6 +1,7 @@
 // Sums of scalar values: every flavour, both kinds, every view, aliases, against the flat form.
 #include "quoly/add.h"
 #include <gtest/gtest.h>
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
 
@@ -9,13 +10,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 200;
-#else
-constexpr int rounds = 2000;
-#endif
+constexpr int rounds = by_build(200, 2000);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 constexpr std::int32_t vars = 3;
 
 polynode *drawn(test_random *r, num_view v)

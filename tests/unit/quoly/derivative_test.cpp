@@ -14,14 +14,7 @@ using namespace kelmar_test;
 namespace {
 
 // The variables that gcds ask for.
-struct names_in_force : six_variables {
-    names_in_force()
-    {
-        polynames = record;
-        number_polys = 6;
-    }
-};
-const names_in_force names;
+const six_in_force names;
 
 std::string derivative_text(const char *text, const char *den, std::int32_t level, std::int32_t order)
 {

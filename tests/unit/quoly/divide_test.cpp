@@ -4,6 +4,7 @@
 #include "quoly/mul.h"
 #include "session/levels.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
 
@@ -12,11 +13,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 200;
-#else
-constexpr int rounds = 3000;
-#endif
+constexpr int rounds = by_build(200, 3000);
 
 std::string quotient_text(const char *a, const char *b)
 {

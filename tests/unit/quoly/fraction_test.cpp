@@ -10,6 +10,7 @@
 #include "quoly/divide.h"
 #include "quoly/mul.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/divisions.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/quolys.h"
@@ -19,11 +20,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 40;
-#else
-constexpr int rounds = 300;
-#endif
+constexpr int rounds = by_build(40, 300);
 
 constexpr std::int32_t vars = 3;
 
@@ -152,7 +149,7 @@ double largest_of(const polynode *p)
 bool same_value(const quolynode *a, const quolynode *b)
 {
     if (!flotemode && live_view() != view_word) return quoly_equal(a, b);
-    polynode a_room, b_room;
+    poly_room a_room, b_room;
     const fraction x = parts_of(a, &a_room), y = parts_of(b, &b_room);
     poly_operand left, right, difference;
     product_of_factors(x.top, y.den, &left.p);

@@ -2,6 +2,7 @@
 #include "quoly/mul.h"
 #include <gtest/gtest.h>
 #include "poly/variables.h"
+#include "tests/support/by_build.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
@@ -11,13 +12,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 150;
-#else
-constexpr int rounds = 1500;
-#endif
+constexpr int rounds = by_build(150, 1500);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 constexpr std::int32_t vars = 3;
 
 class QuolyMul : public ::testing::Test {
@@ -51,7 +47,7 @@ void expect_value(const quolynode *q, const std::string &wanted, const char *wha
 TEST_F(QuolyMul, FlavoursAgreeInEveryView)
 {
     test_random r;
-    make_field_products();
+    make_small_field();
     for (num_view v : all_views) {
         in_view live(v, 7);
         for (int round = 0; round < rounds; ++round) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include "numbers/dispatch.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
 
@@ -12,13 +13,8 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 300;
-#else
-constexpr int rounds = 3000;
-#endif
+constexpr int rounds = by_build(300, 3000);
 
-constexpr num_view all_views[] = {view_float, view_field, view_modular, view_word, view_small, view_digits};
 
 poly_shape small_shape(num_view v)
 {

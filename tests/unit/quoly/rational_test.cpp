@@ -5,6 +5,7 @@
 #include "quoly/divide.h"
 #include "quoly/mul.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
@@ -14,11 +15,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 1000;
-#else
-constexpr int rounds = 20000;
-#endif
+constexpr int rounds = by_build(1000, 20000);
 
 // A rational of a test beside the value that it should have.
 struct rational_operand {

@@ -6,7 +6,10 @@
 #include "poly/variables.h"
 #include "quoly/divide.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
+#include "tests/support/reports.h"
+#include "tests/support/ring_brackets.h"
 #include "tests/support/session_text.h"
 #include "tests/support/views.h"
 
@@ -15,11 +18,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 100;
-#else
-constexpr int rounds = 1500;
-#endif
+constexpr int rounds = by_build(100, 1500);
 
 constexpr std::int32_t primes[] = {2, 3, 7, 101, 65521, 2147483629};
 
@@ -108,20 +107,6 @@ std::string for_good(const char *top, const char *den, std::int32_t p)
     const std::string text = value_text(q);
     free_quoly(&q);
     leave_ring(&b);
-    return text;
-}
-
-template <class F> std::string told(F f)
-{
-    char *bytes = nullptr;
-    std::size_t size = 0;
-    std::FILE *const shown = Output;
-    Output = open_memstream(&bytes, &size);
-    f();
-    std::fclose(Output);
-    Output = shown;
-    const std::string text(bytes, size);
-    std::free(bytes);
     return text;
 }
 

@@ -11,7 +11,9 @@
 #include "matrix/store.h"
 #include "matrix/work_arrays.h"
 #include "session/arr_access.h"
+#include "session/arr_target.h"
 #include "session/arr_value.h"
+#include "tests/support/by_build.h"
 #include "tests/support/long_numbers.h"
 #include "tests/support/session_text.h"
 
@@ -20,12 +22,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 8000;
-#else
-constexpr int rounds = 100000;
-#endif
-constexpr int batch = 20;        // statements between two comparisons
+constexpr int rounds = by_build(8000, 100000);
 constexpr int names = 6;         // a .. f
 constexpr double largest = 1e6;  // entries are brought down when they exceed it
 
@@ -63,10 +60,14 @@ matrix made(int rows, int cols, bool sparse)
     return m;
 }
 
+constexpr int slots = 3;  // of the array of arrays
+
 struct world {
     test_random r;
     matrix array[names];
+    matrix slot[slots];
     std::string text;
+    int said = 0;
 
     int below(int n)
     {
@@ -79,6 +80,7 @@ struct world {
     void say(const std::string &s)
     {
         text += s + ":\n";
+        ++said;
     }
     // The result of an assignment: a sparse target stays sparse, and so does a sparse value, but where a
     // dense target has the same shape.
@@ -291,10 +293,189 @@ void become_sparse(world *w)
     m = t;
 }
 
+// What f(i, j) gives, in the shape of m.
+template <class F> matrix mapped(const matrix &m, bool sparse, F f)
+{
+    matrix t = made(m.rows, m.cols, sparse);
+    for (int i = 0; i < m.rows; ++i) {
+        for (int j = 0; j < m.cols; ++j) t.put(i, j, f(i, j));
+    }
+    return t;
+}
+
+void comprehend(world *w)
+{
+    const int k = w->below(names), a = w->below(7) - 3, b = w->below(5) - 2;
+    const bool two = w->below(3);
+    matrix m = made(1 + w->below(5), two ? 1 + w->below(5) : 1, false);
+    std::string s = w->whole(k) + " := [<i = 1, " + number(m.rows) + ">";
+    if (two) s += " <j = 1, " + number(m.cols) + ">";
+    w->say(s + " [(i - 2)*(" + number(a) + (two ? ") + j*(" + number(b) + ")]]" : ")]]"));
+    m = mapped(m, false, [=](int i, int j) { return (i - 1) * a + (two ? (j + 1) * b : 0); });
+    // under a sparse target the entries are sparse data; they are the same
+    w->assign(k, m);
+}
+
+void sparse_data(world *w)
+{
+    const int k = w->existing();
+    if (k < 0 || !w->array[k].sparse) return;
+    matrix m = made(w->array[k].rows, w->array[k].cols, true);
+    std::string s = w->whole(k) + " := [";
+    for (int rows = w->below(4); rows > 0; --rows) {
+        const int i = w->below(m.rows);
+        s += "[" + number(i + 1);
+        for (int n = w->below(4); n > 0; --n) {
+            const int j = w->below(m.cols), v = w->below(5) - 2;
+            m.put(i, j, v);
+            s += ", " + number(j + 1) + ", " + number(v);
+        }
+        s += w->below(2) && rows > 1 ? "], " : "]";
+    }
+    w->say(s + "]");
+    w->assign(k, m);
+}
+
+void add_scalar(world *w)
+{
+    const int k = w->below(names), from = w->existing(), v = w->below(5);
+    if (from < 0) return;
+    const matrix &m = w->array[from];
+    const bool front = w->below(2);
+    w->say(w->whole(k) + " := " + (front ? number(v) + " - " + w->whole(from) : w->whole(from) + " + " + number(v)));
+    w->assign(k, mapped(m, false, [&](int i, int j) { return front ? v - m.at(i, j) : m.at(i, j) + v; }));
+}
+
+void change_signs(world *w)
+{
+    const int k = w->below(names), from = w->existing();
+    if (from < 0) return;
+    const matrix &m = w->array[from];
+    const bool negate = w->below(2);
+    w->say(w->whole(k) + " := " + (negate ? "-" + w->whole(from) : "|" + w->whole(from) + "|"));
+    w->assign(k, mapped(m, m.sparse, [&](int i, int j) { return negate ? -m.at(i, j) : std::fabs(m.at(i, j)); }));
+}
+
+void entrywise(world *w)
+{
+    const int k = w->below(names), x = w->existing(), y = w->existing();
+    if (x < 0 || y < 0) return;
+    const matrix &a = w->array[x], &b = w->array[y];
+    if (a.sparse || b.sparse || a.rows != b.rows || a.cols != b.cols || a.rows == a.cols) return;
+    w->say(w->whole(k) + " := " + w->whole(x) + " * " + w->whole(y));
+    w->assign(k, mapped(a, false, [&](int i, int j) { return a.at(i, j) * b.at(i, j); }));
+}
+
+void by_pairs(world *w)
+{
+    const int k = w->below(names), x = w->existing(), y = w->existing();
+    if (x < 0 || y < 0) return;
+    const matrix &a = w->array[x], &b = w->array[y];
+    if (a.sparse || b.sparse || a.cols != b.rows) return;
+    w->say(w->whole(k) + " := Altmult(" + w->whole(x) + ", " + w->whole(y) + ")");
+    w->assign(k, mapped(made(a.rows, b.cols, false), false, [&](int i, int j) {
+                  double sum = 0;
+                  for (int l = 0; l < a.cols; ++l) sum += a.at(i, l) * b.at(l, j);
+                  return sum;
+              }));
+}
+
+void take_diagonal(world *w)
+{
+    const int k = w->below(names), from = w->existing();
+    if (from < 0) return;
+    const matrix &m = w->array[from];
+    w->say(w->whole(k) + " := Diag" + w->whole(from));
+    w->assign(k, mapped(made(m.rows < m.cols ? m.rows : m.cols, 1, false), false,
+                        [&](int i, int) { return m.at(i, i); }));
+}
+
+void take_section(world *w)
+{
+    const int k = w->below(names), from = w->existing();
+    if (from < 0 || w->array[from].sparse) return;
+    const matrix &m = w->array[from];
+    const int r1 = w->below(m.rows), r2 = r1 + w->below(m.rows - r1);
+    const int c1 = w->below(m.cols), c2 = c1 + w->below(m.cols - c1);
+    w->say(w->whole(k) + " := [" + w->name(from) + "[" + number(r1 + 1) + "~" + number(r2 + 1) + ", " +
+           number(c1 + 1) + "~" + number(c2 + 1) + "]]");
+    w->assign(k, mapped(made(r2 - r1 + 1, c2 - c1 + 1, false), false,
+                        [&](int i, int j) { return m.at(r1 + i, c1 + j); }));
+}
+
+// A slot takes an array of its own shape and kind, or is empty.
+void fill_slot(world *w)
+{
+    const int n = w->below(slots), from = w->existing();
+    if (from < 0) return;
+    const matrix &m = w->array[from];
+    matrix &t = w->slot[n];
+    if (t.rows && (t.rows != m.rows || t.cols != m.cols)) return;
+    w->say("%[" + number(n + 1) + "] := " + w->whole(from));
+    t = mapped(m, t.rows ? t.sparse : m.sparse, [&](int i, int j) { return m.at(i, j); });
+}
+
+void read_slot(world *w)
+{
+    const int k = w->below(names), n = w->below(slots);
+    matrix &t = w->slot[n];
+    if (!t.rows) return;
+    const int i = w->below(t.rows), j = w->below(t.cols), v = w->below(9) - 4;
+    if (w->below(2)) {
+        w->say("%[" + number(n + 1) + "][" + number(i + 1) + ", " + number(j + 1) + "] := " + number(v));
+        t.put(i, j, v);
+    } else {
+        w->say(w->whole(k) + " := [%" + number(n + 1) + "]");
+        w->assign(k, t);
+    }
+}
+
+// The value of an expression stands in [<], and is taken from there.
+void system_array(world *w)
+{
+    const int k = w->below(names), from = w->existing(), v = 1 + w->below(3);
+    if (from < 0) return;
+    const matrix &m = w->array[from];
+    w->say(w->whole(from) + " * " + number(v));
+    w->say(w->whole(k) + " := [<]");
+    w->assign(k, mapped(m, m.sparse, [&](int i, int j) { return m.at(i, j) * v; }));
+}
+
+// A sum over all, into an entry; a loop over a column; a function that changes its parameter.
+void statements_of_entries(world *w)
+{
+    const int k = w->existing(), v = w->below(5) - 2;
+    if (k < 0) return;
+    matrix &m = w->array[k];
+    const int kind = w->below(3), j = w->below(m.cols);
+    if (kind == 0) {
+        double sum = 0;
+        for (int i = 0; i < m.rows; ++i) {
+            for (int c = 0; c < m.cols; ++c) sum += m.at(i, c);
+        }
+        w->say(w->name(k) + "[1, " + number(j + 1) + "] := Sumup" + w->whole(k));
+        m.put(0, j, sum);
+    } else if (kind == 1) {
+        const std::string place = w->name(k) + "[i, " + number(j + 1) + "]";
+        w->say("for i = 1 to " + number(m.rows) + " do " + place + " := " + place + " + i od");
+        for (int i = 0; i < m.rows; ++i) m.put(i, j, m.at(i, j) + i + 1);
+    } else {
+        w->say("Put(" + w->whole(k) + ", " + number(j + 1) + ", " + number(v) + ")");
+        m.put(0, j, v);
+        for (int i = 0; i < m.rows; ++i) {
+            for (int c = 0; c < m.cols; ++c) m.put(i, c, 2 * m.at(i, c));
+        }
+    }
+}
+
 typedef void (*statement)(world *);
-const statement statements[] = {declare,  literal, literal,  entry,     entry,        entry, entry,
-                                scalar,   section, section,  transpose, scale,        add,   multiply,
-                                multiply, join,    diagonal, cancel,    become_sparse};
+const statement statements[] = {declare,      literal,     literal,    entry,        entry,
+                                entry,        entry,       scalar,     section,      section,
+                                transpose,    scale,       add,        multiply,     multiply,
+                                join,         diagonal,    cancel,     become_sparse, comprehend,
+                                sparse_data,  add_scalar,  change_signs, entrywise,  by_pairs,
+                                take_diagonal, take_section, fill_slot, read_slot,   system_array,
+                                statements_of_entries};
 
 // Entries that have grown are zeroed, so that every sum stays exact.
 void keep_small(world *w)
@@ -322,6 +503,22 @@ double stored(array *a, int i, int j)
     return place.slot && *place.slot ? (*place.slot)->num->real : 0;
 }
 
+void compare_one(array *a, const matrix &m, const std::string &text)
+{
+    ASSERT_EQ(a != nullptr, m.rows != 0) << text;
+    if (!a) return;
+    ASSERT_EQ(a->arr_rows, m.rows) << text;
+    ASSERT_EQ(a->arr_cols, m.cols) << text;
+    ASSERT_EQ(a->arr_sparse != nullptr, m.sparse) << text;
+    if (a->arr_sparse) {
+        ASSERT_TRUE(sparse_is_sound(a->arr_sparse, m.rows, m.cols)) << text;
+        ASSERT_EQ(sparse_entries(a->arr_sparse, m.rows), static_cast<std::int64_t>(m.cells.size())) << text;
+    }
+    for (int i = 0; i < m.rows; ++i) {
+        for (int j = 0; j < m.cols; ++j) ASSERT_EQ(stored(a, i, j), m.at(i, j)) << text;
+    }
+}
+
 void compare(world *w)
 {
     ASSERT_TRUE(store_is_sound());
@@ -331,21 +528,10 @@ void compare(world *w)
         token_rec name = {};
         name.text[0] = static_cast<char>('a' + k);
         name.index = -1;
-        array *a = find_array_named(&name);
-        const matrix &m = w->array[k];
-        ASSERT_EQ(a != nullptr, m.rows != 0) << w->text;
-        if (!a) continue;
-        ASSERT_EQ(a->arr_rows, m.rows) << w->text;
-        ASSERT_EQ(a->arr_cols, m.cols) << w->text;
-        ASSERT_EQ(a->arr_sparse != nullptr, m.sparse) << name.text << "\n" << w->text;
-        if (a->arr_sparse) {
-            ASSERT_TRUE(sparse_is_sound(a->arr_sparse, m.rows, m.cols)) << w->text;
-            ASSERT_EQ(sparse_entries(a->arr_sparse, m.rows), static_cast<std::int64_t>(m.cells.size()));
-        }
-        for (int i = 0; i < m.rows; ++i) {
-            for (int j = 0; j < m.cols; ++j)
-                ASSERT_EQ(stored(a, i, j), m.at(i, j)) << name.text << "\n" << w->text;
-        }
+        ASSERT_NO_FATAL_FAILURE(compare_one(find_array_named(&name), w->array[k], w->name(k) + "\n" + w->text));
+    }
+    for (int n = 0; n < slots; ++n) {
+        ASSERT_NO_FATAL_FAILURE(compare_one(array_in_slot(n), w->slot[n], "%" + number(n + 1) + "\n" + w->text));
     }
 }
 
@@ -353,19 +539,23 @@ TEST(ArrayStatements, RandomOnesAgreeWithTheModel)
 {
     world w;
     SCOPED_TRACE("seed " + std::to_string(w.r.seed));
-    session_text("@[**];\n");
-    for (int round = 0; round < rounds; round += batch) {
+    session_text("@[**];\nFunc Put(p, j, v) = p[1, j] := v; [p] := [p]*2 .\n");
+    while (w.said < rounds) {
         w.text.clear();
-        for (int k = 0; k < batch; ++k) {
-            statements[w.below(static_cast<int>(sizeof statements / sizeof *statements))](&w);
-            keep_small(&w);
-        }
+        statements[w.below(static_cast<int>(sizeof statements / sizeof *statements))](&w);
+        keep_small(&w);
+        if (w.text.empty()) continue;
         const std::string shown = session_text(w.text);
         ASSERT_EQ(shown.find("***"), std::string::npos) << w.text << shown;
         ASSERT_NO_FATAL_FAILURE(compare(&w));
     }
     session_text("@[**];\n");
+    for (int n = 0; n < slots; ++n) {
+        if (array_in_slot(n)) remove_nameless(array_in_slot(n));
+        if (arrstash) arrstash[n] = nullptr;
+    }
     EXPECT_EQ(endarr, -1);
+    EXPECT_TRUE(store_is_sound());
 }
 
 // Values that a failing statement holds are given back.

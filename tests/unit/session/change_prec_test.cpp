@@ -14,6 +14,7 @@
 #include "session/levels.h"
 #include "session/report.h"
 #include "session/stored_values.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/session_text.h"
 #include "tests/support/views.h"
@@ -23,11 +24,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 20;
-#else
-constexpr int rounds = 200;
-#endif
+constexpr int rounds = by_build(20, 200);
 
 // An exact session, in the digit view.
 struct exact_statements {

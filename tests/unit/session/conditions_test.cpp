@@ -64,8 +64,7 @@ TEST(Conditions, LeftSideSurvivesItsCancellation)
     EXPECT_EQ(last_value("Func Drop = @x; 4 .\nx := 4\nif x = Drop then 1 else 0 fi"), "1");
 }
 
-// Random conditions
-// -------------------------------------------------------------------------------------------
+// Random conditions -------------------------------------------------------------------------------------
 
 struct generator {
     std::mt19937 random;
@@ -148,8 +147,7 @@ TEST(Conditions, AgreeWithTheModelOnIntegers)
     agree_with_the_model("Integer; ", 20240502);
 }
 
-// Errors
-// ------------------------------------------------------------------------------------------------------
+// Errors ------------------------------------------------------------------------------------------------
 
 int error_of(const std::string &statement)
 {

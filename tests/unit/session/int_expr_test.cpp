@@ -1,4 +1,4 @@
-// tests/unit/session/int_expr_test.cpp -- machine integers against a model, and the conversion of values.
+// tests/unit/session/int_expr_test.cpp -- machine integers against a model.
 #include "session/int_expr.h"
 #include <climits>
 #include <cmath>
@@ -101,56 +101,6 @@ TEST(IntExpr, ReportsWhatIsWrong)
     EXPECT_EQ(error_of("x:3"), err_bad_colon);
     EXPECT_EQ(error_of("+"), err_bad_factor);
     EXPECT_EQ(error_of("1 2 and 3"), err_bad_statement_end);
-}
-
-// Conversion ------------------------------------------------------------------------------------------------
-
-TEST(ValueToWord, FloatsNearAWholeNumberAreThatNumber)
-{
-    prepare_session_once();
-    flotemode = lintmode = 1;
-    quolynode *q = nullptr;
-    std::int32_t word;
-    quoly_set(0, &q);
-    const struct {
-        double value;
-        int fits;
-        std::int32_t word;
-    } rows[] = {
-        {2.5, 1, 2},           {-2.5, 1, -2},
-        {3 - 1e-10, 1, 3},     {3 - 1e-8, 1, 2},
-        {-0.0, 1, 0},          {2147483647.0, 1, INT_MAX},
-        {2147483648.0, 0, 0},  {-2147483648.0, 1, INT_MIN},
-        {-2147483649.0, 0, 0}, {HUGE_VAL, 0, 0},
-        {-HUGE_VAL, 0, 0},     {std::nan(""), 0, 0},
-    };
-    for (const auto &row : rows) {
-        q->num->real = row.value;
-        EXPECT_EQ(value_to_word(q, &word), row.fits) << row.value;
-        EXPECT_EQ(word, row.word) << row.value;
-    }
-    free_quoly(&q);
-}
-
-TEST(ValueToWord, LongIntegersAreTakenModuloTheWord)
-{
-    prepare_session_once();
-    flotemode = lintmode = 0;
-    quolynode *q = nullptr;
-    quolynode *base = nullptr;
-    std::int32_t word;
-    quoly_set(1, &q);
-    quoly_set(-3, &base);
-    std::uint32_t expected = 1;
-    for (int i = 0; i < 100; ++i) {
-        EXPECT_EQ(value_to_word(q, &word), 1);
-        EXPECT_EQ(static_cast<std::uint32_t>(word), expected) << i;
-        fast_quoly_mult(&q, base);
-        expected *= static_cast<std::uint32_t>(-3);
-    }
-    free_quoly(&q);
-    free_quoly(&base);
-    flotemode = lintmode = 1;
 }
 
 // Random expressions ----------------------------------------------------------------------------------------

@@ -9,6 +9,7 @@
 #include "quoly/owned.h"
 #include "session/pset.h"
 #include "session/report.h"
+#include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/views.h"
 
@@ -17,11 +18,7 @@ using namespace kelmar_test;
 
 namespace {
 
-#ifdef KELMAR_MALLOC_RECORDS
-constexpr int rounds = 200;
-#else
-constexpr int rounds = 3000;
-#endif
+constexpr int rounds = by_build(200, 3000);
 
 constexpr std::int32_t vars = 3;
 

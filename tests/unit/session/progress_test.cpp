@@ -6,38 +6,33 @@
 #include "numbers/decimal.h"
 #include "session/output.h"
 #include "session/report.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
+using namespace kelmar_test;
 
 namespace {
 
 // What f writes with verbose on.
-template <class F> std::string told(F f)
+template <class F> std::string told_verbose(F f)
 {
-    char *bytes = nullptr;
-    std::size_t size = 0;
-    std::FILE *const shown = Output;
-    Output = open_memstream(&bytes, &size);
-    verbose = 1;
-    f();
-    verbose = 0;
-    progress_on_unwind();
-    std::fclose(Output);
-    Output = shown;
-    const std::string text(bytes, size);
-    std::free(bytes);
-    return text;
+    return told([&] {
+        verbose = 1;
+        f();
+        verbose = 0;
+        progress_on_unwind();
+    });
 }
 
 TEST(Progress, CountIsFollowedByAPointOrAColon)
 {
-    EXPECT_EQ(told([] { dumpitt("counting to ", 12, 0, 1, 0); }), "counting to 12. ");
-    EXPECT_EQ(told([] { dumpitt("counting to ", 12, 0, 1, 1); }), "counting to 12: ");
+    EXPECT_EQ(told_verbose([] { dumpitt("counting to ", 12, 0, 1, 0); }), "counting to 12. ");
+    EXPECT_EQ(told_verbose([] { dumpitt("counting to ", 12, 0, 1, 1); }), "counting to 12: ");
 }
 
 TEST(Progress, LineEndsWithTheOutermostStep)
 {
-    EXPECT_EQ(told([] {
+    EXPECT_EQ(told_verbose([] {
                   dumpitt("a ", 1, 0, 1, 0);
                   decr_dumpitt(1);
               }),
@@ -46,7 +41,7 @@ TEST(Progress, LineEndsWithTheOutermostStep)
 
 TEST(Progress, StepInsideIsIndentedOnItsOwnLine)
 {
-    EXPECT_EQ(told([] {
+    EXPECT_EQ(told_verbose([] {
                   dumpitt("a ", 3, 0, 1, 0);
                   dumpitt("b ", 4, 1, 1, 0);
                   decr_dumpitt(4);
@@ -58,7 +53,7 @@ TEST(Progress, StepInsideIsIndentedOnItsOwnLine)
 TEST(Progress, LoopsOfMoreThanAThousandRoundsAreQuietInside)
 {
     const auto inside = [](std::int32_t rounds) {
-        return told([rounds] {
+        return told_verbose([rounds] {
             dumpitt("", 1, 0, 0, 0);
             dumpitt("", rounds, 0, 0, 0);
             dumpitt("in ", 5, 0, 1, 0);
@@ -70,7 +65,7 @@ TEST(Progress, LoopsOfMoreThanAThousandRoundsAreQuietInside)
 
 TEST(Progress, LoopIsForgottenWhenItIsDone)
 {
-    EXPECT_EQ(told([] {
+    EXPECT_EQ(told_verbose([] {
                   dumpitt("", 1, 0, 0, 0);
                   dumpitt("", 5000, 0, 0, 0);
                   decr_dumpitt(5000);
@@ -81,7 +76,7 @@ TEST(Progress, LoopIsForgottenWhenItIsDone)
 
 TEST(Progress, NothingIsToldUnlessAsked)
 {
-    EXPECT_EQ(told([] {
+    EXPECT_EQ(told_verbose([] {
                   verbose = 0;
                   dumpitt("a ", 1, 0, 1, 0);
               }),
@@ -90,7 +85,7 @@ TEST(Progress, NothingIsToldUnlessAsked)
 
 TEST(Progress, FullLineIsEnded)
 {
-    const std::string text = told([] {
+    const std::string text = told_verbose([] {
         for (int k = 0; k < 3; ++k) dumpitt("thirty columns of text, about ", 7, 0, 1, 0);
     });
     EXPECT_EQ(text.find('\n'), text.size() - 1);

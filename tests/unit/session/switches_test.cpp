@@ -29,6 +29,7 @@
 #include "storage/accounting.h"
 #include "storage/low_memory.h"
 #include "tests/support/catch_error.h"
+#include "tests/support/reports.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
@@ -93,30 +94,16 @@ protected:
     }
 
     // Run the statement at the terminal, or the stored one; what it wrote.
-    template <class F> static std::string written(F f)
-    {
-        std::FILE *const shown = Output;
-        char *bytes = nullptr;
-        std::size_t size = 0;
-        Output = open_memstream(&bytes, &size);
-        f();
-        std::fclose(Output);
-        Output = shown;
-        const std::string text(bytes, size);
-        std::free(bytes);
-        return text;
-    }
-
     std::string run(const std::string &bytes)
     {
         type(bytes);
-        return written([this] { run_from(&zilch); });
+        return told([this] { run_from(&zilch); });
     }
 
     std::string run_stored(const std::string &text)
     {
         store(text);
-        return written([this] {
+        return told([this] {
             name_node *cursor = stored;
             run_from(&cursor);
         });
@@ -281,7 +268,7 @@ TEST_F(Switches, AQuestionInAFileKeepsTheFile)
     open_text(&file, reinterpret_cast<const unsigned char *>("&_d;\n7;\n"), 8);
     input_stream *source = &file;
     tt_flag = 0;
-    const std::string text = written([&] {
+    const std::string text = told([&] {
         scanner(&source, &token, &zilch);
         parse(&source, &value, &zilch);
     });
@@ -360,9 +347,9 @@ TEST_F(Switches, MemoryAndClockAreShownInFull)
     EXPECT_GT(number_of_value(), 0.0);
     free_quoly(&value);
     flotemode = lintmode = 0;
-    const std::string told = run("&h\n");
+    const std::string shown = run("&h\n");
     std::int32_t col = 0;
-    EXPECT_EQ(written([&] { display(Output, 0, 0, value->num, &col, 0); }) + "\n", told);
+    EXPECT_EQ(told([&] { display(Output, 0, 0, value->num, &col, 0); }) + "\n", shown);
     EXPECT_EQ(run_stored("& h ;"), "");
     free_quoly(&value);
 }
