@@ -16,7 +16,8 @@ struct retry_flags {
 // Remainders that grow too large are a sign that another method may do better: then the pair is given to
 // polygcd again, at most four times in a problem, with a line when verbose is on or chinhensel off.
 // With doubles, noise is cleared from each remainder, and what is found is believed only when it divides both
-// operands but for noise; else *result = 1.
+// operands but for noise; else values of both are asked, and at last *result = 1. Pairs that values at points
+// show to be coprime are not begun.
 // Errors: 85. Faults: "v number in Alg C.", "poly_divide failed in Alg C."; then *result = 1. Polls: between
 // steps. Source: Brown's and Collins' subresultant sequence; Knuth, The Art of Computer Programming 2, 4.6.1
 // algorithm C.

@@ -8,6 +8,7 @@
 #include "gcd/content.h"
 #include "gcd/float_cofactor.h"
 #include "gcd/float_gcd.h"
+#include "gcd/float_images.h"
 #include "gcd/float_quotient.h"
 #include "gcd/sequence.h"
 #include "numbers/dispatch.h"
@@ -171,7 +172,7 @@ static int gcd_of_values(sequence *s, polynode *a, polynode *b)
 {
     poly_assign(a, part_of(s, part_u));
     poly_assign(b, part_of(s, part_v));
-    int found = make_monic(part_of(s, part_u)) && make_monic(part_of(s, part_v));
+    int found = !coprime_at_points(a, b) && make_monic(part_of(s, part_u)) && make_monic(part_of(s, part_v));
     s->u = *part_of(s, part_u);
     s->v = *part_of(s, part_v);
     polynode **core = part_of(s, part_core);

@@ -1,22 +1,24 @@
 #pragma once
-// gcd/balance.h -- variables scaled by powers of two, so that a polynomial over doubles has numbers of one size.
+// gcd/balance.h -- variables scaled by powers of two, so that a polynomial over doubles has numbers of one
+// size.
 //
-// A division by x + 7 adds up to 7^n to what rounding left in n steps, and by 4 x + 7 hardly any. So with
-// doubles operands are looked at with variables that have been stretched, each by the factor that brings the
-// first and the last numbers in it to one size. Powers of two lose nothing: what is found is scaled back, and
-// is what it would have been.
+// What rounding leaves is divided by x + 7 as well, and grows by 7 with each step; by 4 x + 7 it grows by
+// less than 2. So with doubles operands are looked at with variables that have been stretched, each by the
+// factor that brings numbers at high and at low exponents to one size. Powers of two lose nothing.
 
 #include "poly/variables.h"
 
 namespace kelmar {
 
+inline constexpr std::int32_t balance_levels = 8;
+
 struct balance {
-    std::int32_t levels;                     // lists below the outer one, and that one
-    std::int32_t shift[variable_limit + 1];  // by list, the outer one 1: the variable is 2^shift of the new one
+    std::int32_t levels;                     // lists from the outer one down
+    std::int32_t shift[balance_levels + 1];  // by list, the outer one 1: the old variable is 2^shift new ones
 };
 
 // Find the scaling for the pair, of which p tells it. Declines (false): nothing would change, fewer than two
-// variables occur, or a number would come near the end of the range. p, other spared.
+// variables occur or too many, or a number would come near the end of the range. p, other spared.
 bool find_balance(const polynode *p, const polynode *other, balance *s);
 
 // Scale the variables of *p: sign 1, to the new ones; -1, back. All numbers are multiplied by 2^extra.

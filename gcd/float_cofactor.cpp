@@ -1,8 +1,8 @@
 // gcd/float_cofactor.cpp -- the cofactor as the solution of linear equations.
 //
 // When b = g c and g divides a, then c a / b is a polynomial, and c is the polynomial of the lowest degree
-// with that property. The function a / b is known on a grid of values; its coefficients beyond the degree that
-// c a / b can have must vanish when they are combined as c says. That gives many equations for the few
+// with that property. The function a / b is known on a grid of values; its coefficients beyond the degree
+// that c a / b can have must vanish when they are combined as c says. That gives many equations for the few
 // numbers of c; they are brought into triangular form, and what they take nearly to zero is c.
 #include "gcd/float_cofactor.h"
 #include <cmath>
@@ -52,11 +52,11 @@ static bool add_terms(const value_grid *g, const std::int32_t *degree, std::int3
 // The problem with c of a given total degree.
 struct cofactor_search {
     const value_grid *grid;
-    const complex_value *ratio;         // coefficients of a / b
-    std::int32_t degree[grid_levels];   // of b
-    std::int32_t side[grid_levels];     // of c a / b
+    const complex_value *ratio;        // coefficients of a / b
+    std::int32_t degree[grid_levels];  // of b
+    std::int32_t side[grid_levels];    // of c a / b
     unknown_terms terms;
-    double *columns;                    // of the equations, real parts and imaginary parts
+    double *columns;  // of the equations, real parts and imaginary parts
     std::int32_t rows;
     double triangle[most_unknowns][most_unknowns];
 };

@@ -1,6 +1,6 @@
-// gcd/float_quotient.cpp -- values of a are divided by those of b, and become the coefficients of the quotient.
-// Where b does not divide, the values are those of no polynomial of the degree that the quotient must have, and
-// numbers stand beyond it.
+// gcd/float_quotient.cpp -- values of a are divided by those of b, and become the coefficients of the
+// quotient. Where b does not divide, the values are those of no polynomial of the degree that the quotient
+// must have, and numbers stand beyond it.
 #include "gcd/float_quotient.h"
 #include <cmath>
 #include "gcd/float_gcd.h"

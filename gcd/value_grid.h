@@ -1,9 +1,9 @@
 #pragma once
 // gcd/value_grid.h -- a polynomial over doubles as values on circles.
 //
-// The grid has a number of nodes for each variable, as many as coefficients: those of a polynomial stand on it,
-// become values by a sum along each line in turn, and back. Each circle begins at an angle of its own, so that
-// no node is one that a polynomial is likely to vanish at.
+// The grid has a number of nodes for each variable, as many as coefficients: those of a polynomial stand on
+// it, become values by a sum along each line in turn, and back. Each circle begins at an angle of its own,
+// so that no node is one that a polynomial is likely to vanish at.
 
 #include "poly/mul_work.h"
 

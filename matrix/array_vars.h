@@ -1,5 +1,5 @@
 #pragma once
-// matrix/array_vars.h -- the entries of all arrays follow when a polynomial variable comes, goes, or is bound.
+// matrix/array_vars.h -- the entries of all arrays follow when a variable comes, goes, or gets a relation.
 
 #include "matrix/sparse.h"
 
@@ -12,8 +12,8 @@ void wrap_entry(quolynode **value);
 void redo_sparses();
 void redo_dense();
 
-// Reduce each entry by `reduce`: a variable has got a relation, by which its high powers go. Sparse arrays, and
-// ordinary ones. Entries of sparse arrays that become zero go; an entry that it leaves null becomes 0.
+// Reduce each entry by `reduce`: a variable has got a relation, by which its high powers go. Sparse arrays,
+// whose entries that become zero go, and ordinary ones, where an entry that it leaves null becomes 0.
 void sparse_update(void (*reduce)(quolynode **value));
 void dense_update(void (*reduce)(quolynode **value));
 

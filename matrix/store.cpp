@@ -137,13 +137,13 @@ void give_slots(std::int32_t first, std::int32_t count, const array *gone)
     if (first + count - 1 == endarr) endarr = last_used_slot(gone);
 }
 
-// Audit -------------------------------------------------------------------------------------------------
-
 void close_large_gaps()
 {
     const std::int32_t gaps = endarr + 1 - slots_used;
     if (gaps > small_gaps && gaps > slots_used) close_gaps();
 }
+
+// Audit -------------------------------------------------------------------------------------------------
 
 static bool slots_are_null(std::int32_t first, std::int32_t last)
 {

@@ -1,11 +1,11 @@
 // numbers/combinat.cpp -- steps from the nearest entry of a table.
 //
-// A factorial is the nearest table entry below it times a product tree of what is left. Rows 3, 6, .., 150 of
-// the binomials are stored up to their middle; the one or two rows above follow by C(m+1, k) = C(m, k)
-// (m+1)/(m+1-k), where every division is exact. Modulo 2^32 the powers of two are counted apart and the odd
-// parts inverted; modulo a prime the digits of n and k to that base are taken one by one (Lucas), so no
-// factor is ever 0. Modulo a composite number k! is inverted when it can be, and else the whole number
-// reduced.
+// A factorial is the nearest table entry below it times a product tree of what is left, or, where most is
+// left, made of squares. Rows 3, 6, .., 150 of the binomials are stored up to their middle; the one or two
+// rows above follow by C(m+1, k) = C(m, k) (m+1)/(m+1-k), where every division is exact. Modulo 2^32 the
+// powers of two are counted apart and the odd parts inverted; modulo a prime the digits of n and k to
+// that base are taken one by one (Lucas), so no factor is ever 0. Modulo a composite number k! is
+// inverted when it can be, and else the whole number reduced.
 #include "numbers/combinat.h"
 #include <cmath>
 #include "numbers/convert.h"
@@ -13,6 +13,7 @@
 #include "numbers/long_mul.h"
 #include "numbers/primes.h"
 #include "numbers/startup.h"
+#include "numbers/swing.h"
 #include "numbers/word_mod.h"
 #include "session/report.h"
 
@@ -20,6 +21,7 @@ namespace kelmar {
 
 static constexpr std::int32_t last_finite_factorial = 170;         // as a double
 static constexpr std::int32_t last_odd_word_factorial = 33;        // 34! is a multiple of 2^32
+static constexpr std::int32_t least_swing = 500;                   // from here on squares are faster
 static constexpr std::int32_t last_stepped_row = 152;              // two above the last row of the table
 static constexpr std::int32_t longest_binom = 32767 * digit_bits;  // bits of the longest number
 static constexpr double whole_limit = 9007199254740992.0;          // 2^53: doubles below it can be made whole
@@ -42,6 +44,7 @@ void digit_factorial(std::int32_t n, number *r)
 {
     const std::int32_t i = fact_below(n, digits_limit);
     const std::int32_t lo = i < 0 ? 1 : factnum[i] + 1;
+    if (n >= least_swing && n <= swing_limit && lo < n / 2 && swing_factorial(n, r)) return;
     if (lo <= n) multout(lo, n, r);
     if (i < 0) {
         if (lo > n) special_set(1, r);
@@ -70,14 +73,21 @@ static std::int32_t word_factorial(std::int32_t n)
     return static_cast<std::int32_t>(product);
 }
 
-// lo * .. * hi as a residue; 1 for an empty range.
+// lo * .. * hi as a residue; 1 for an empty range. Between blocks of factors all there is are two words,
+// so that a command level may run there.
 static std::int32_t residue_product(std::int32_t lo, std::int32_t hi)
 {
-    if (lo > hi) return 1 % modulus;
-    number product;
-    product.size = 0;
-    multout(lo, hi, &product);
-    return product.word;
+    static constexpr std::int64_t block = 1 << 22;  // some thirty milliseconds
+    std::int32_t product = 1 % modulus;
+    for (std::int64_t first = lo; first <= hi; first += block) {
+        if (first > lo) poll_interrupt();
+        number part;
+        part.size = 0;
+        multout(static_cast<std::int32_t>(first),
+                static_cast<std::int32_t>(first + block - 1 < hi ? first + block - 1 : hi), &part);
+        product = modmult(product, part.word);
+    }
+    return product;
 }
 
 void factorial(std::int32_t n, number *r)

@@ -9,7 +9,8 @@
 namespace kelmar {
 
 // r = n! in the live view, n >= 0. r replaced. Doubles are infinite from 171! on; words wrap; residues are
-// those of the product. Cost: a product tree from the nearest factorial of the table on.
+// those of the product. Cost: a product tree from the nearest factorial of the table on; half of it for a
+// long one.
 void factorial(std::int32_t n, number *r);
 
 // r = n! as digits, in the digit view.

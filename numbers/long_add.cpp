@@ -104,18 +104,47 @@ static inline void advance(pass *p, std::int32_t carry, numnode *node, std::int3
     p->pending = digit;
 }
 
-// Add the remaining n pairs.
+// A node off the free list `free`, which is the caller's copy of numhead; its fields are those of a free one.
+static inline numnode *take_node(numnode **free)
+{
+    numnode *node = *free;
+    if (__builtin_expect(node != nullptr, 1)) {
+        *free = node->next;
+    } else {
+        numhead = nullptr;
+        node = static_cast<numnode *>(get_slug(numstash));
+    }
+    return node;
+}
+
+// Add the remaining n pairs. The loop is advance() on locals: stores to nodes could alias numhead and the
+// fields of the pass, and reading those back would take longer than the sum.
 template <operation Op, radix R, place P>
 static inline void add_pairs(pass *p, numnode *a, const numnode *b, std::int32_t n, std::int32_t base)
 {
+    const std::uint32_t limit = static_cast<std::uint32_t>(R == base_fixed ? digit_base : base);
+    const std::int32_t sign = p->sign;
+    std::int32_t pending = p->pending;
+    numnode *last = p->last;
+    numnode *damaged = p->damaged;
+    numnode *free = numhead;
+    if (P == in_place) last->next = a;
     while (n-- > 0) {
-        std::int32_t x = turned(combined<Op>(a->digit, b->digit), p->sign);
-        const std::int32_t carry = split_carry<R>(&x, base);
-        numnode *node = P == in_place ? a : new_digit(0, nullptr);
+        std::int32_t x = turned(combined<Op>(a->digit, b->digit), sign);
+        const std::int32_t done = pending + split_carry<R>(&x, base);
+        numnode *const node = P == in_place ? a : take_node(&free);
         a = a->next;
         b = b->next;
-        advance<R>(p, carry, node, x, base);
+        if (__builtin_expect(static_cast<std::uint32_t>(done) >= limit, 0)) damaged = last;
+        last->digit = turned(done, sign);
+        if (P == apart) last->next = node;
+        last = node;
+        pending = x;
     }
+    if (P == apart) numhead = free;
+    p->last = last;
+    p->damaged = damaged;
+    p->pending = pending;
 }
 
 // Append copies of n unmatched leading digits, negated when `negate`. Return what follows them.

@@ -1,9 +1,9 @@
 #pragma once
 // numbers/primes.h -- primes and factors of words, and the choice of a prime from a table.
 //
-// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides; longer values are
-// split. 1 counts as prime: it passes every test, and the language shows it so. The sign of a word is not
-// looked at.
+// Words are small enough for trial division, along the numbers that neither 2 nor 3 divides; longer values
+// are split. 1 counts as prime: it passes every test, and the language shows it so. The sign of a word is
+// not looked at.
 
 #include <cstdint>
 #include <type_traits>

@@ -227,18 +227,28 @@ static std::int32_t inverse_modulo(std::int32_t a, std::int32_t m)
     return x < 0 ? x + m : x;
 }
 
-// The products are carried for all j at once, so that the remainders do not wait for each other.
+// x modulo p, with quick = 2^32 / p rounded down: the quotient that is taken is at most one too small.
+static inline std::uint32_t quick_remainder(std::uint32_t x, std::uint32_t p, std::uint32_t quick)
+{
+    const std::uint32_t quotient = static_cast<std::uint32_t>(std::uint64_t{x} * quick >> 32);
+    const std::uint32_t rest = x - quotient * p;
+    return rest >= p ? rest - p : rest;
+}
+
+// The products are carried for all j at once, so that the remainders do not wait for each other. Where a
+// damaged file left no prime the product is of no use.
 static void make_invs_prod()
 {
     std::uint32_t product[invs_prod_count];
-    std::uint32_t p[num_prod_count];
+    std::uint32_t p[num_prod_count], quick[num_prod_count];
     for (std::int32_t i = 0; i < num_prod_count; ++i) {
         p[i] = static_cast<std::uint32_t>(prime[i + first_run_prime].word);
+        quick[i] = p[i] > 1 ? static_cast<std::uint32_t>((std::uint64_t{1} << 32) / p[i]) : 0;
     }
     for (std::int32_t j = 0; j < invs_prod_count; ++j) product[j] = 1;
     for (std::int32_t i = 0; i < invs_prod_count; ++i) {
         for (std::int32_t j = i; j < invs_prod_count; ++j) {
-            if (p[j + 1] != 0) product[j] = product[j] * p[i] % p[j + 1];
+            product[j] = quick_remainder(product[j] * p[i], p[j + 1], quick[j + 1]);
         }
     }
     for (std::int32_t j = 0; j < invs_prod_count; ++j) {

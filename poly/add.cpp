@@ -237,13 +237,11 @@ template <num_view V, sum_sign S> static polynode *add_one_level(polynode *a, po
             term = b;
             b = b->next;
             if (S == minus) in_place_neg(term_number(term));
-        } else if (a->exp > b->exp) {
-            a = a->next;
         } else {
-            polynode *other = b;
+            polynode *other = a->exp == b->exp ? b : nullptr;
             a = a->next;
-            b = b->next;
-            if (!absorb_term<V, S>(term, other)) continue;
+            if (other) b = other->next;
+            if (other && !absorb_term<V, S>(term, other)) continue;
         }
         *end = term;
         end = &term->next;

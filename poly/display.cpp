@@ -16,7 +16,7 @@ namespace kelmar {
 
 // Lines --------------------------------------------------------------------------------------------------
 
-void open_text(text_place *t, std::FILE *out, int wrap, std::int32_t col)
+void begin_text(text_place *t, std::FILE *out, int wrap, std::int32_t col)
 {
     *t = {out, wrap, col, 1, 0};
     linesuppression = do_line_sup && is_terminal_output(out);
@@ -311,7 +311,7 @@ void crude_poly_disp(std::FILE *out, int wrap, const polynode *p, int indent, co
 {
     const std::int32_t saved = uglyprint;
     text_place t;
-    open_text(&t, out, wrap, 0);
+    begin_text(&t, out, wrap, 0);
     uglyprint = 1;
     crude_list(&t, p, indent, var);
     uglyprint = saved;

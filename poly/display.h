@@ -16,7 +16,7 @@ inline constexpr std::int32_t shown_lines = 150;  // of one value; what comes af
 inline std::int32_t monomial_list = 0;
 // default 1; the display of a long value stops after shown_lines lines; &_s; reset: never
 inline std::int32_t do_line_sup = 1;
-// default 0; lines of the present value are counted, and it was not cut yet; open_text, poly_display
+// default 0; lines of the present value are counted, and it was not cut yet; begin_text, poly_display
 inline std::int32_t linesuppression = 0;
 
 // Where a value is written to, and how far it has come.
@@ -29,7 +29,7 @@ struct text_place {
 };
 
 // *t = a place at column `col`, where a value begins. Lines are counted only at the terminal.
-void open_text(text_place *t, std::FILE *out, int wrap, std::int32_t col);
+void begin_text(text_place *t, std::FILE *out, int wrap, std::int32_t col);
 
 // Write p, whose outer list belongs to var. spaced_minus: a sign in front of it gets a blank behind. top: p
 // is the whole of what is written. Faults: an exp 0 term that is a wrapped number.

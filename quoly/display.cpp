@@ -65,7 +65,7 @@ static bool has_decimals(const value_form *form, const quolynode *q)
 static void write_polynomials(std::FILE *out, const value_form *form, const quolynode *q, std::int32_t *col)
 {
     text_place t;
-    open_text(&t, out, form->wrap, *col);
+    begin_text(&t, out, form->wrap, *col);
     if (form->top && form->wrap) {
         std::putc(' ', out);
         ++t.col;

@@ -230,20 +230,22 @@ static void assign_diagonal(array_target *t, arr_value *v)
 
 // Any target ----------------------------------------------------------------------------------------------
 
+// The kind and the shape of what is assigned to.
+static wanted_array wish_of(const array_target *t, bool diagonal)
+{
+    if (!t->a) return {0, 0, 0};
+    const std::int32_t sparse = t->a->arr_sparse && !diagonal;
+    if (t->section) return {sparse, t->rows, t->cols};
+    return {sparse, t->a->arr_rows, t->a->arr_cols};
+}
+
 void assign_array(input_stream **stream, array_target *t, bool diagonal, name_node **cursor)
 {
     arr_value v;
-    const std::int32_t outer_sparse = want_sparse;
-    const std::int32_t outer_rows = wanted_rows;
-    const std::int32_t outer_cols = wanted_cols;
     open_value(&v);
-    want_sparse = t->a && t->a->arr_sparse && !diagonal;
-    wanted_rows = t->section ? t->rows : t->a ? t->a->arr_rows : 0;
-    wanted_cols = t->section ? t->cols : t->a ? t->a->arr_cols : 0;
+    const wanted_array outer = wish_for(wish_of(t, diagonal));
     arr_expre(stream, &v, cursor);
-    want_sparse = outer_sparse;
-    wanted_rows = outer_rows;
-    wanted_cols = outer_cols;
+    wish_for(outer);
     refresh_target(t);
     if (diagonal) {
         assign_diagonal(t, &v);

@@ -97,8 +97,10 @@ static void assign_slot(input_stream **stream, std::int32_t slot, name_node **cu
     array_target t = {};
     if (!expect_and_pass('=', err_need_equals, stream, cursor)) return;
     make_stash();
+    const wanted_array outer = wish_for({0, 0, 0});
     open_value(&v);
     arr_expre(stream, &v, cursor);
+    wish_for(outer);
     t.slot = slot;
     refresh_target(&t);
     assign_whole(&t, &v);

@@ -17,6 +17,22 @@ inline std::int32_t want_sparse = 0;
 inline std::int32_t wanted_rows = 0;
 inline std::int32_t wanted_cols = 0;
 
+// What an assignment wishes of the literals on its right side.
+struct wanted_array {
+    std::int32_t sparse, rows, cols;
+};
+
+// Wish for w from now on. Return the wish before: a statement that runs within another puts that aside, and
+// brings it back when it is done.
+inline wanted_array wish_for(wanted_array w)
+{
+    const wanted_array before = {want_sparse, wanted_rows, wanted_cols};
+    want_sparse = w.sparse;
+    wanted_rows = w.rows;
+    wanted_cols = w.cols;
+    return before;
+}
+
 // default 0; array terms under way that keep the gcd stash in use; arr_expre, leave_terms; reset: unwind
 inline std::int32_t open_terms = 0;
 

@@ -18,8 +18,8 @@ namespace kelmar {
 
 // Saves -------------------------------------------------------------------------------------------------
 
-// An array as it was when it began to be written: an interrupt on the way may change or delete it, and what it
-// held is set aside then.
+// An array as it was when it began to be written: an interrupt on the way may change or delete it, and
+// what it held is set aside then.
 struct written_array {
     array shape;
     quolynode *const *entries;  // of an ordinary one, borrowed
@@ -181,8 +181,7 @@ static void do_array_p(std::FILE *out, const array *a)
 static const array *next_by_age(const array *a, std::int64_t stamp)
 {
     if (a->arr_time == stamp) return a->younger;
-    for (a = oldest_array; a && a->arr_time < stamp; a = a->younger) {
-    }
+    for (a = oldest_array; a && a->arr_time < stamp; a = a->younger) {}
     return a;
 }
 

@@ -16,7 +16,7 @@
 
 namespace kelmar {
 
-// Expressions alone -------------------------------------------------------------------------------------------
+// Expressions alone -------------------------------------------------------------------------------------
 
 static void expression_statement(input_stream **stream, quolynode **result, name_node **cursor)
 {
@@ -138,6 +138,7 @@ void arr_asstat(input_stream **stream, quolynode **result, name_node **cursor)
 
 void arr_parse(input_stream **stream, quolynode **result, name_node **cursor, char kind)
 {
+    const wanted_array outer = wish_for({0, 0, 0});
     switch (kind) {
     case '[':
     case '~': arr_asstat(stream, result, cursor); break;
@@ -148,6 +149,7 @@ void arr_parse(input_stream **stream, quolynode **result, name_node **cursor, ch
     case 'T': reduce_array(stream, result, cursor, trace_value); break;
     default: decline_matrix_algorithm(); break;
     }
+    wish_for(outer);
 }
 
 void builtin_array_sum(input_stream **stream, quolynode **n, name_node **cursor)

@@ -11,6 +11,12 @@
 
 namespace kelmar {
 
+void bare_word(input_stream **stream, std::int32_t v, quolynode **n, name_node **cursor)
+{
+    scanner(stream, &token, cursor);
+    quoly_set(v, n);
+}
+
 bool open_argument(input_stream **stream, name_node **cursor, int number)
 {
     scanner(stream, &token, cursor);

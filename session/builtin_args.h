@@ -9,6 +9,9 @@
 
 namespace kelmar {
 
+// Pass the name in hand, which takes no arguments. *n = its value v.
+void bare_word(input_stream **stream, std::int32_t v, quolynode **n, name_node **cursor);
+
 // Pass the `(` behind the name in hand; the first token of the argument is then in hand. number: the error to
 // raise. False after it.
 bool open_argument(input_stream **stream, name_node **cursor, int number);

@@ -1,6 +1,7 @@
 // session/builtin_division.cpp -- built-ins of divisibility: exact division, gcds, contents, factors, roots.
 //
 // Factoring is still to come: its built-ins read their arguments, tell what is wrong with them, and decline.
+#include <utility>
 #include "gcd/call_content.h"
 #include "gcd/content.h"
 #include "gcd/entries.h"
@@ -13,8 +14,10 @@
 #include "poly/mul_work.h"
 #include "quoly/owned.h"
 #include "quoly/pth_root.h"
+#include "quoly/add.h"
 #include "quoly/divide.h"
 #include "quoly/fraction.h"
+#include "quoly/mul.h"
 #include "session/builtin_args.h"
 #include "session/builtin_handlers.h"
 #include "session/expr.h"
@@ -206,6 +209,62 @@ static bool read_egcd(input_stream **stream, egcd_arguments *a, name_node **curs
     }
 }
 
+// One line of Euclid's scheme for whole numbers a and b: [0] = [1] a + [2] b.
+struct egcd_line {
+    quolynode *part[3];
+};
+
+// *x = *x - q y.
+static void take_off(quolynode **x, const quolynode *q, const quolynode *y)
+{
+    quolynode *product = nullptr;
+    quoly_mult(q, y, &product);
+    better_quoly_sub(x, product);
+    free_quoly(&product);
+}
+
+// Run the scheme until the second line has 0; its last gcd is made positive.
+static void run_euclid(egcd_line *line, egcd_line *next, quolynode **quotient)
+{
+    while (!quoly_iszero(next->part[0])) {
+        poll_interrupt();
+        quoly_mod_or_div(line->part[0], next->part[0], quotient, '\\');
+        for (int k = 0; k < 3; ++k) {
+            take_off(&line->part[k], *quotient, next->part[k]);
+            std::swap(line->part[k], next->part[k]);
+        }
+    }
+    if (!num_isneg(line->part[0]->num)) return;
+    for (quolynode *&part : line->part) quoly_inplace(&part);
+}
+
+static void egcd_of_numbers(quolynode **n, egcd_arguments *a)
+{
+    egcd_line lines[2] = {};
+    quolynode *quotient = nullptr;
+    own(&quotient);
+    for (egcd_line &line : lines) {
+        for (quolynode *&part : line.part) own(&part);
+    }
+    for (int k = 0; k < 2; ++k) {
+        quoly_assign(k ? a->b : *n, &lines[k].part[0]);
+        quoly_set(!k, &lines[k].part[1]);
+        quoly_set(k, &lines[k].part[2]);
+    }
+    run_euclid(&lines[0], &lines[1], &quotient);
+    std::swap(*n, lines[0].part[0]);
+    for (int k = 0; k < 2; ++k) {
+        if (!a->slots[k]) continue;
+        std::swap(*settled_slot(&a->places[k]), lines[0].part[k + 1]);
+        close_target(&a->places[k]);
+    }
+    for (int k = 0; k < 7; ++k) disown();
+    for (egcd_line &line : lines) {
+        for (quolynode *&part : line.part) free_quoly(&part);
+    }
+    free_quoly(&quotient);
+}
+
 void builtin_egcd(input_stream **stream, quolynode **n, name_node **cursor)
 {
     egcd_arguments a = {};
@@ -218,7 +277,11 @@ void builtin_egcd(input_stream **stream, quolynode **n, name_node **cursor)
     read_argument_value(stream, n, cursor);
     if (read_egcd(stream, &a, cursor)) {
         if ((*n)->is_num && a.b->is_num) {
-            error(err_wrong_ring, token.text);
+            if (exact_integers()) {
+                egcd_of_numbers(n, &a);
+            } else {
+                error(err_wrong_ring, token.text);
+            }
         } else if (can_have_gcd(*n, a.b)) {
             egcd_of_values(n, &a);
         }

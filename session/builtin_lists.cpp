@@ -16,6 +16,7 @@
 #include "quoly/mul.h"
 #include "quoly/owned.h"
 #include "quoly/power.h"
+#include "quoly/rational.h"
 #include "session/arr_access.h"
 #include "session/arr_system.h"
 #include "session/arr_value.h"
@@ -60,8 +61,9 @@ static int poly_order(const polynode *a, const polynode *b)
 static int mon_order(const quolynode *a, const quolynode *b)
 {
     poly_room room_a, room_b;
-    if (a->is_num != b->is_num) return a->is_num ? 1 : -1;
-    if (a->is_num) return number_order(a->num, b->num);
+    const bool a_number = a->is_num || is_rational(a), b_number = b->is_num || is_rational(b);
+    if (a_number != b_number) return a_number ? 1 : -1;
+    if (a_number) return a->is_num && b->is_num ? number_order(a->num, b->num) : compare_rats(a, b);
     const int order = poly_order(as_poly(a, &room_a), as_poly(b, &room_b));
     if (order || (!a->den && !b->den)) return order;
     if (!a->den || !b->den) return a->den ? 1 : -1;
@@ -237,8 +239,8 @@ static void merge_rows(colm *const *from, std::int64_t middle, std::int64_t end,
 {
     std::int64_t left = 0, right = middle;
     for (std::int64_t k = 0; k < end; ++k) {
-        const bool take_left =
-            left < middle && (right == end || order_of_rows(from[left], from[right], by) <= 0);
+        const bool take_left = left < middle &&
+                               (right == end || order_of_rows(from[left], from[right], by) <= 0);
         to[k] = from[take_left ? left++ : right++];
     }
 }

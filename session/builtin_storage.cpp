@@ -151,36 +151,31 @@ void builtin_show(input_stream **stream, quolynode **n, name_node **cursor)
 
 void builtin_flush(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
-    quoly_set(0, n);
+    bare_word(stream, 0, n, cursor);
     std::fflush(Output);
 }
 
 void builtin_time(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
-    quoly_set(0, n);
+    bare_word(stream, 0, n, cursor);
     showtime();
 }
 
 void builtin_bell(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
-    quoly_set(0, n);
+    bare_word(stream, 0, n, cursor);
     std::fputc(7, Output);
 }
 
 void builtin_true(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
-    quoly_set(1, n);
+    bare_word(stream, 1, n, cursor);
 }
 
 // The records are not lost: the accounting of storage knows the blocks they stand in.
 void builtin_wipe(input_stream **stream, quolynode **n, name_node **cursor)
 {
-    scanner(stream, &token, cursor);
-    quoly_set(0, n);
+    bare_word(stream, 0, n, cursor);
     numhead = nullptr;
     imhead = nullptr;
     polygarb = nullptr;

@@ -72,8 +72,8 @@ static void write_detcutoff(std::FILE *out)
 
 static void write_determinant_method(std::FILE *out)
 {
-    std::fputs(gauss_cutoff ? " Determinants try fraction-free elimination.\n"
-                            : " Determinants do not try fraction-free elimination.\n",
+    std::fputs(gauss_cutoff == 1 ? " Determinants try fraction-free elimination.\n"
+                                 : " Determinants do not try fraction-free elimination.\n",
                out);
     std::fprintf(out, " Determinants are interpolated above mass %d, modulo a prime above %d.\n",
                  rat_det_method_cut, mod_det_method_cut);

@@ -95,7 +95,7 @@ static void listchars(std::FILE *out, const name_node *t)
     text_state s = {nullptr, 0, false};
     bool blank = false;  // the last thing written
     for (; t && !is_endlist(t); t = t->next) {
-        const bool keyword = t->text[0] == ' ';
+        const bool keyword = t->text[0] == ' ' && !s.quoted;
         if (!blank && !keyword && blank_before(&s, t)) std::fputc(' ', out);
         std::fputs(t->text + (keyword && blank), out);
         blank = keyword || blank_behind(&s, t);

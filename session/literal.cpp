@@ -1,8 +1,8 @@
 // session/literal.cpp -- numeric literals.
 //
 // Exact: the whole part goes through the decimal chains of the number layer, and decimals are a second
-// literal, divided by a power of ten. In float mode all digits make one decimal number, which is rounded once:
-// by one operation where digits and power are doubles themselves, else by the C library.
+// literal, divided by a power of ten. In float mode all digits make one decimal number, which is rounded
+// once: by one operation where digits and power are doubles themselves, else by the C library.
 #include "session/literal.h"
 #include <cstdio>
 #include <cstdlib>
@@ -16,17 +16,36 @@
 
 namespace kelmar {
 
+// A whole number while it is read, on the frame of its reader: between two digits an interrupt may give
+// it up.
+struct open_digits {
+    literal lit;
+    open_digits *outer;
+};
+
+void release_digits(open_digits *mark)
+{
+    while (newest_digits != mark) {
+        open_digits *const gone = newest_digits;
+        newest_digits = gone->outer;
+        special_free(&gone->lit.groups);
+    }
+}
+
 void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32_t *ndigits)
 {
-    literal lit;
-    open_literal(&lit);
+    open_digits here;
+    open_literal(&here.lit);
+    here.outer = newest_digits;
+    newest_digits = &here;
     do {
-        literal_digit(&lit, token.text[0] - '0');
+        literal_digit(&here.lit, token.text[0] - '0');
         scanner(stream, &token, cursor);
     } while (is_digit(token.text[0]));
-    *ndigits = lit.ndigits;
-    close_literal(&lit);
-    literal_to_number(&lit, n);
+    newest_digits = here.outer;
+    *ndigits = here.lit.ndigits;
+    close_literal(&here.lit);
+    literal_to_number(&here.lit, n);
 }
 
 // Doubles -------------------------------------------------------------------------------------------------
@@ -42,7 +61,7 @@ struct decimal_text {
     char digit[kept_digits + 20];  // with room for what is written behind them
     std::int32_t count;
     std::int64_t power;
-    std::int64_t value;   // of the digits, while they are few
+    std::int64_t value;    // of the digits, while they are few
     std::int32_t inexact;  // a digit other than 0 was dropped
 };
 

@@ -8,6 +8,15 @@
 
 namespace kelmar {
 
+struct open_digits;
+
+// default null; the whole numbers that are being read, newest first; new_readin, release_digits; reset:
+// unwind
+inline open_digits *newest_digits = nullptr;
+
+// Forget those that were begun since newest_digits was `mark`.
+void release_digits(open_digits *mark);
+
 // n = the digits in hand and behind, in the live view; n replaced. *ndigits = how many were read.
 void new_readin(input_stream **stream, number *n, name_node **cursor, std::int32_t *ndigits);
 

@@ -9,6 +9,7 @@
 #include "session/files.h"
 #include "session/loop.h"
 #include "session/output.h"
+#include "session/poly_readin.h"
 #include "session/report.h"
 #include "session/statement.h"
 #include "session/unwind.h"
@@ -100,13 +101,14 @@ void loads_on_unwind()
 struct load_frame {
     token_rec tok;
     char pending;
-    std::int32_t at_terminal, integer, depth;
+    std::int32_t at_terminal, integer, depth, minus;
 };
 
 static void begin_load(load_frame *f)
 {
-    *f = {token, leftover[0], tt_flag, integerflag, load_depth};
+    *f = {token, leftover[0], tt_flag, integerflag, load_depth, minus_warning};
     tt_flag = integerflag = done_load = 0;
+    minus_warning = 1;
     leftover[0] = 0;
 }
 
@@ -118,6 +120,7 @@ static void end_load(const load_frame *f)
     tt_flag = f->at_terminal;
     load_depth = f->depth;
     integerflag = f->integer;
+    minus_warning = f->minus;
 }
 
 void load_command(quolynode **result, char letter, const char *name)

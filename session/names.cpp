@@ -44,6 +44,7 @@ static inline void hash_token(token_rec *tok, int m)
 var_node *find_var(token_rec *tok)
 {
     hash_token(tok, lower_buckets);
+    if (many_names) return find_among_many(tok->text);
     for (var_node *v = sca_store[tok->index]; v; v = v->next) {
         if (same_text(v->text, tok->text)) return v;
     }
@@ -116,6 +117,7 @@ static var_node *push_var(token_rec *name)
     v->below = nullptr;
     v->next = sca_store[v->index];
     sca_store[v->index] = v;
+    name_was_added(v);
     return v;
 }
 
@@ -138,6 +140,7 @@ int remove_var(token_rec *name)
         var_node *v = *link;
         if (!same_text(v->text, name->text)) continue;
         *link = v->next;
+        name_was_removed(v);
         ++cancel_count;
         if (v->role == parameter) {
             v->role = cancelled_parameter;
@@ -196,11 +199,12 @@ var_node *push_param(token_rec *name, quolynode **value, quolynode **ref)
 }
 
 // Take the parameter off its bucket, where it is the newest of its name, and so near the head.
-static void unlink_param(const var_node *v)
+static void unlink_param(var_node *v)
 {
     var_node **link = &sca_store[v->index];
     while (*link != v) link = &(*link)->next;
     *link = v->next;
+    name_was_removed(v);
 }
 
 // Give the value to the entry of an array that was passed.

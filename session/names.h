@@ -7,6 +7,7 @@
 #include "matrix/sparse.h"
 #include "poly/variables.h"
 #include "quoly/quoly.h"
+#include "session/many_names.h"
 #include "session/scanner.h"
 
 namespace kelmar {
@@ -30,6 +31,7 @@ struct var_node {
     entry_ref at;      // the same, for an entry of an array; ref is null then
     quolynode *value;  // a plain number with a denominator is the mark of an array parameter
     var_node *below;   // the parameter that was bound before this one
+    var_node *alike;   // in its slot of many_names
 };
 static_assert(std::is_trivial_v<var_node>);
 
@@ -39,16 +41,16 @@ struct entry_link;  // session/entry_links.h
 struct func_node {
     char text[token_room];
     std::int16_t index;
-    name_node *params;     // formal parameters, linked through their own field
-    form_node *body;       // the statements
-    form_node *linked_at;  // first statement after Compile; null until linked
-    std::int32_t linked;   // it has a name table to rebuild at each call
-    entry_link *links;     // what the tokens of its linked body name
-    std::int32_t in_use;   // active calls
-    std::int32_t retired;  // it was cancelled while in use: released when its last call ends
+    name_node *params;         // formal parameters, linked through their own field
+    form_node *body;           // the statements
+    form_node *linked_at;      // first statement after Compile; null until linked
+    std::int32_t linked;       // it has a name table to rebuild at each call
+    entry_link *links;         // what the tokens of its linked body name
+    std::int32_t in_use;       // active calls
+    std::int32_t retired;      // it was cancelled while in use: released when its last call ends
     std::int16_t walkable;     // 1 its body can be walked (plain_calls.h), -1 it cannot, 0 not told yet
     std::int16_t param_count;  // when it can
-    func_node *next;       // in the bucket
+    func_node *next;           // in the bucket
 };
 static_assert(std::is_trivial_v<func_node>);
 
@@ -73,6 +75,7 @@ var_node *find_var(token_rec *tok);
 // just made would have to leave the store buffer first.
 inline var_node *stored_var(const name_node *name)
 {
+    if (__builtin_expect(many_names != nullptr, 0)) return find_among_many(name->text);
     for (var_node *v = sca_store[name->index]; v; v = v->next) {
         if (std::memcmp(v->text, name->text, token_room) == 0) return v;
     }

@@ -100,7 +100,8 @@ static const name_node *walk_arguments(const name_node *t, const plain_frame *fr
         t = t->next;
         while (t->text[0] != ')') {
             if (given == count) return nullptr;
-            const walked<double> argument = frame ? walk_sum<double>(t, 0, frame) : walk_sum<double>(t, 0, no_frame{});
+            const walked<double> argument = frame ? walk_sum<double>(t, 0, frame)
+                                                  : walk_sum<double>(t, 0, no_frame{});
             if (!argument.at) return nullptr;
             here->values[given++] = argument.v;
             t = argument.at;

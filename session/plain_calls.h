@@ -2,10 +2,10 @@
 // session/plain_calls.h -- calls of functions inside a walk over stored tokens.
 //
 // A function whose statements are sums of plain numbers, and ifs with such conditions, can be walked as its
-// call is: its parameters are numbers on a frame, and nothing is stored. Whatever else it has, and an error on
-// the way, makes the walk decline, and the evaluators do the call. As a walk that declines late has worked in
-// vain, what may be spent in vain is limited: a long one is earned by others that had a result, or by calls of
-// the evaluators.
+// call is: its parameters are numbers on a frame, and nothing is stored. Whatever else it has, and an
+// error on the way, makes the walk decline, and the evaluators do the call. As a walk that declines late
+// has worked in vain, what may be spent in vain is limited: a long one is earned by others that had a
+// result, or by calls of the evaluators.
 
 #include <cstdint>
 #include "session/names.h"

@@ -50,7 +50,8 @@ template <class V> static inline bool run_statement(name_node *list, quolynode *
         target = stored_slot(list);
         if (!target || !(*target)->is_num || (*target)->den) return false;
         shown = sign->text[0] != '=' && !integerflag;
-        value = sign->text[0] == '=' ? walk_sum<V>(sign->next, 0, no_frame{}) : walk_increment<V>(sign, *target);
+        value = sign->text[0] == '=' ? walk_sum<V>(sign->next, 0, no_frame{})
+                                     : walk_increment<V>(sign, *target);
     } else {
         value = walk_sum<V>(list, 0, no_frame{});
     }

@@ -135,8 +135,7 @@ template <class V, class F> walked<V> walk_sum(const name_node *t, int depth, F 
 template <class V, class F> inline walked<V> walk_factor(const name_node *t, int depth, F frame);
 
 // A sign, or a sum in brackets.
-template <class V, class F>
-[[gnu::noinline]] walked<V> walk_nested(const name_node *t, int depth, F frame)
+template <class V, class F> [[gnu::noinline]] walked<V> walk_nested(const name_node *t, int depth, F frame)
 {
     const walked<V> nothing = {nullptr, 0};
     if (depth >= deepest_brackets) return nothing;
@@ -296,8 +295,7 @@ inline bool is_end(const name_node *t)
 }
 
 // Returns the token behind the comparison; null when the walk declines.
-template <class V, class F>
-const name_node *walk_comparison(const name_node *t, F frame, int *result)
+template <class V, class F> const name_node *walk_comparison(const name_node *t, F frame, int *result)
 {
     const walked<V> left = walk_sum<V, F>(t, 0, frame);
     if (!left.at) return nullptr;
@@ -329,8 +327,7 @@ template <class V, class F> inline const name_node *walk_fact(const name_node *t
 }
 
 // Comparisons joined by `and`.
-template <class V, class F>
-inline const name_node *walk_conjunction(const name_node *t, F frame, int *result)
+template <class V, class F> inline const name_node *walk_conjunction(const name_node *t, F frame, int *result)
 {
     t = walk_fact<V, F>(t, frame, result);
     while (t && is_word(t, "and")) {

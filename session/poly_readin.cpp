@@ -45,11 +45,14 @@ static bool refuse(int wrong)
 // default 0; the warning of a minus sign was given for the value that is read; quoly_readin
 static std::int32_t minus_told = 0;
 
-// A minus sign in modular mode may come from data of another ring.
+// A minus sign in modular mode may come from data of another ring. One warning a value at the terminal, and
+// one a file.
 static void warn_of_minus()
 {
-    if (!modularmode || minus_told) return;
+    const bool due = tt_flag ? !minus_told : minus_warning != 0;
+    if (!modularmode || !due) return;
     minus_told = 1;
+    minus_warning = 0;
     std::fputs("*** Warning. Negative value seen during poly readin in modular mode.\n", Output);
     std::fputs("    Check your data carefully.\n", Output);
 }

@@ -11,11 +11,14 @@ namespace kelmar {
 
 // default 0; polynomials are read with true integers under a modulus too; &n; reset: never
 inline std::int32_t nomodpolyreadin = 0;
+// default 0; a file is loaded, and a minus sign under a modulus is still to be told of; load_command,
+// quoly_readin; reset: error
+inline std::int32_t minus_warning = 0;
 
 // *q = the value that begins with the token in hand: a polynomial, in brackets or not, and behind / a
 // denominator. The token behind it is left in hand. *q replaced, announced by the caller. With
-// nomodpolyreadin numbers are read as true integers, and none may vanish in the ground ring. Errors: 1 159 160
-// 161 162 163 164 165 204 341 359 376.
+// nomodpolyreadin numbers are read as true integers, and none may vanish in the ground ring. Errors: 1 159
+// 160 161 162 163 164 165 204 341 359 376.
 void quoly_readin(input_stream **stream, quolynode **q, name_node **cursor);
 
 // *q = the polynomial that begins with the token in hand, whose outermost variable has at least that level; a

@@ -202,7 +202,7 @@ void save_command(input_stream **stream, name_node **cursor, char letter, const 
         if (!open_named_output(name)) return;
         save_everything(stream, cursor);
     }
-    if (ends_statement(&token)) set_token(&token, "@");
+    if (!*cursor && ends_statement(&token)) set_token(&token, "@");
 }
 
 }  // namespace kelmar

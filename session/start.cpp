@@ -225,7 +225,7 @@ static void set_ground_ring()
 static void start_session(char **argv)
 {
     char directory[path_room];
-    start_timing();
+    start_timing_of_start_up();
     raise_stack_limit(argv);
     find_data_directory(argv[0], directory);
     write_banner(directory);

@@ -202,7 +202,9 @@ void list_variables_switch(input_stream **stream, quolynode **, name_node **curs
         error(err_bad_list_end, token.text);
         return;
     }
-    listvars(token.text[0] == ':');
+    const bool names_only = token.text[0] == ':';
+    listvars(names_only);
+    if (*cursor && names_only) scanner(stream, &token, cursor);  // ":" ends no statement of a function
 }
 
 void global_dump_switch(input_stream **, quolynode **, name_node **)

@@ -10,12 +10,22 @@ clock_pair read_clocks()
     return {static_cast<long>(std::time(nullptr)), static_cast<long>(std::clock() / (CLOCKS_PER_SEC / 1000))};
 }
 
+static constexpr long not_read = -1;  // of a CPU clock
+
 // The CPU clock is a call of the kernel, so it is read only where the time will be written. A statement that
 // turns timing on has itself spent next to nothing.
 void start_timing()
 {
-    mytime[time_level] = {static_cast<long>(std::time(nullptr)), 0};
-    if (timerflag) mytime[time_level] = read_clocks();
+    if (timerflag) {
+        mytime[time_level] = read_clocks();
+    } else {
+        mytime[time_level] = {static_cast<long>(std::time(nullptr)), not_read};
+    }
+}
+
+void start_timing_of_start_up()
+{
+    mytime[time_level] = read_clocks();
 }
 
 void stop_timing()
@@ -25,7 +35,7 @@ void stop_timing()
     if (timerflag) {
         const clock_pair now = read_clocks();
         mine->real = now.real - mine->real - off->real;
-        mine->cpu = mine->cpu ? now.cpu - mine->cpu - off->cpu : 0;
+        mine->cpu = mine->cpu == not_read ? 0 : now.cpu - mine->cpu - off->cpu;
     }
     *off = {0, 0};
 }

@@ -15,6 +15,9 @@ clock_pair read_clocks();
 void start_timing();
 void stop_timing();
 
+// Start the clock of the start of the session, whose file may turn timing on.
+void start_timing_of_start_up();
+
 // Write the elapsed time in mytime.
 void write_timing();
 

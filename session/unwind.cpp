@@ -18,7 +18,9 @@
 #include "session/files.h"
 #include "session/func_records.h"
 #include "session/levels.h"
+#include "session/literal.h"
 #include "session/load.h"
+#include "session/poly_readin.h"
 #include "session/progress.h"
 #include "session/report.h"
 #include "session/save.h"
@@ -37,9 +39,14 @@ static void leave_temporary_ring()
     if (using_new_polynames) resume_old_polynames();
 }
 
+static void forget_minus_warning()
+{
+    minus_warning = 0;
+}
+
 static const forgetter forgetters[] = {
     {evaluator_on_error, 0}, {forget_warnings, 0}, {leave_temporary_ring, 1}, {leave_given_variables, 0},
-    {progress_on_unwind, 1}, {gcd_on_error, 0},    {clear_gcd_counters, 1},
+    {progress_on_unwind, 1}, {gcd_on_error, 0},    {clear_gcd_counters, 1},   {forget_minus_warning, 1},
 };
 
 void set_abandon_point(abandon_point *here)
@@ -51,8 +58,13 @@ void set_abandon_point(abandon_point *here)
     here->calls_mark = newest_call;
     here->definitions_mark = func_def_count;
     here->ring_mark = innermost_ring;
+    here->modular_mark = mod_is_changed;
     here->values_mark = newest_value;
     here->terms_mark = open_terms;
+    here->wish_mark[0] = want_sparse;
+    here->wish_mark[1] = wanted_rows;
+    here->wish_mark[2] = wanted_cols;
+    here->digits_mark = newest_digits;
     here->outer = abandon_to;
     abandon_to = here;
 }
@@ -80,6 +92,7 @@ void release_abandoned()
     leave_abandoned_rings(true);
     release_work();
     leave_terms(0);
+    release_digits(nullptr);
     gcd_on_unwind();
     loads_on_unwind();
     saves_on_unwind();
@@ -107,13 +120,23 @@ void jump_to_exit()
     siglongjmp(buf98, 1);
 }
 
+// What was read where true integers stand goes on in modular mode.
+static void leave_true_integers()
+{
+    if (mod_is_changed == abandon_to->modular_mark) return;
+    mod_is_changed = abandon_to->modular_mark;
+    modularmode = 1;
+}
+
 void abandon_statement()
 {
     leave_abandoned_rings(false);
+    leave_true_integers();
     release_calls(abandon_to->calls_mark);
     release_values(abandon_to->values_mark);
     leave_terms(abandon_to->terms_mark);
-    want_sparse = wanted_rows = wanted_cols = 0;
+    release_digits(abandon_to->digits_mark);
+    wish_for({abandon_to->wish_mark[0], abandon_to->wish_mark[1], abandon_to->wish_mark[2]});
     release_pending(abandon_to->pending_mark);
     free_owned(abandon_to->owned_mark);
     borrowed = abandon_to->borrowed_mark;

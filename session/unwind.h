@@ -17,6 +17,7 @@ inline sigjmp_buf buf98;    // exit: &q and the end of the input
 struct pending;  // session/func_records.h
 struct call_frame;
 struct arr_value;
+struct open_digits;   // session/literal.h
 struct ring_bracket;  // poly/ring_change.h
 
 // Where a statement that cannot go on is abandoned with value 0, and the next one runs.
@@ -27,11 +28,14 @@ struct abandon_point {
     int round_trip_mark;    // a save was under way then
     pending *pending_mark;  // what was being read, and the call that ran, then
     call_frame *calls_mark;
-    int definitions_mark;     // definitions in progress then
-    arr_value *values_mark;   // array values announced then
-    std::int32_t terms_mark;  // array terms under way then
-    ring_bracket *ring_mark;  // the stretch in another ring that was in force then
-    abandon_point *outer;     // the point in force before
+    int definitions_mark;       // definitions in progress then
+    arr_value *values_mark;     // array values announced then
+    std::int32_t terms_mark;    // array terms under way then
+    std::int32_t wish_mark[3];  // the array that was wished for then
+    open_digits *digits_mark;   // whole numbers that were being read then
+    ring_bracket *ring_mark;    // the stretch in another ring that was in force then
+    std::int32_t modular_mark;  // how often modular mode was switched off for true integers then
+    abandon_point *outer;       // the point in force before
 };
 
 // default null; the innermost abandon point; statement loops and function bodies; reset: unwind

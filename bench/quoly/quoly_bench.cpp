@@ -385,4 +385,4 @@ BENCHMARK(exact_fractions)->Arg(20)->Arg(50)->Arg(200)->Unit(benchmark::kMillise
 #if HAS_FLINT
 BENCHMARK(exact_fractions_by_flint)->Arg(20)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 #endif
-BENCHMARK(float_fractions)->Arg(20)->Arg(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(float_fractions)->Arg(20)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);

@@ -3,7 +3,7 @@
 # name; family and size, from which the growth is taken; ring (float, integers, prime, fractions);
 # variables; values (name, text or list of terms); work: what a round computes, the last one checked at the
 # point. Where the systems' languages part, "own" has the statements of each; a system in "skip" is left out,
-# with the reason beside it.
+# with the reason beside it. A "named" one is long and runs only when its name is asked for.
 import random
 
 FLOAT_POINT = ["0.5", "0.25", "1.5", "0.75"]
@@ -13,7 +13,8 @@ KELMAR_PROGRAM = {"float": "kelmar", "integers": "kelmar-exact", "fractions": "k
 
 def workload(name, family, size, ring, variables, values, work, point, **more):
     record = {"name": name, "family": family, "size": size, "ring": ring, "variables": list(variables),
-              "values": values, "work": work, "point": point, "prime": 0, "own": {}, "skip": []}
+              "values": values, "work": work, "point": point, "prime": 0, "own": {}, "skip": [],
+              "named": False}
     record.update(more)
     return record
 
@@ -68,6 +69,39 @@ def gcd_workload(name, variables, degree, count, pairs, shared, size, **more):
                                                                              11][:len(variables)], **more)
 
 
+def gcd_pair(names, shape, power, side, terms, shared):
+    """One gcd of two operands of four factors, two of them the same when shared.
+
+    Dense: the operands have all side^n terms, the factors all up to half of the degree in each variable.
+    Sparse: the factors have so many terms of random exponents below the side, the operands some terms^2.
+    """
+    source = random.Random(6)
+    if shape == "dense":
+        small = (side - 1) // 2
+        degrees, counts = [small, side - 1 - small, side - 1 - small, small], [0] * 4
+        size = side ** len(names)
+    else:
+        degrees, counts, size = [side - 1] * 4, [terms] * 4, terms ** 2
+    g, a, b, c = (factor(source, names, degree, count) for degree, count in zip(degrees, counts))
+    values = [("g", g), ("a", a), ("b", b), ("c", c), ("f", "g*a"), ("h", "g*b" if shared else "b*c")]
+    return workload("gcd, %d variables, %s, 10^%d terms, %s" % (len(names), shape, power, "common factor"
+                                                                if shared else "coprime"), "gcd", size,
+                    "integers", names, values, ["gcd(f,h)"], [2, 3, 5, 7, 11][:len(names)], named=True,
+                    skip=["Maxima", "GiNaC", "FriCAS", "SymPy"])  # the rows would take hours with them
+
+
+def gcd_pairs():
+    """2 to 5 variables, dense and sparse, operands of about 10^2, 10^3 and 10^4 terms."""
+    dense_sides = {2: [10, 32, 100], 3: [5, 10, 21], 4: [3, 6, 10], 5: [3, 4, 6]}
+    sparse_sides = {2: [20, 40, 100], 3: [10, 20, 30], 4: [7, 10, 15], 5: [5, 7, 10]}
+    for power in (2, 3, 4):
+        for shared in (True, False):
+            for count, names in enumerate(("xy", "xyz", "xyzt", "xyztu"), 2):
+                for shape, sides in (("dense", dense_sides), ("sparse", sparse_sides)):
+                    yield gcd_pair(names, shape, power, sides[count][power - 2], [10, 32, 100][power - 2],
+                                   shared)
+
+
 def fraction_sum(count):
     source = random.Random(2)
 
@@ -82,6 +116,22 @@ def fraction_sum(count):
     return workload("sum of %d fractions, 3 variables" % count, "fractions", count, "fractions", "xyz",
                     values, [total],
                     [2, 3, 5], skip=["FLINT/GMP"])  # FLINT 2.9 has no sums of fractions in several variables
+
+
+def float_fraction_sum(count):
+    """The same over doubles. Singular has no fractions of them; its gcd knows reals, and pairs are added."""
+    work = fraction_sum(count)
+    work.update(name="sum of %d fractions, 3 variables, doubles" % count, family="float fractions",
+                ring="float", point=["0.5", "0.25", "1.5"],
+                skip=["gp", "Maxima", "GiNaC", "FriCAS", "SymPy", "FLINT/GMP"])
+    pair = ("poly top; poly den; poly c; proc plus(poly n, poly d) {c=gcd(den,d); top=top*(d/c)+n*(den/c); "
+            "den=(den/c)*d; return();}")
+    setup = [pair] + ["poly %s=%s;" % value for value in work["values"]]
+    work["own"] = {"Singular": {
+        "setup": setup,
+        "work": "top=0; den=1; " + " ".join("plus(n%d,d%d);" % (i, i) for i in range(1, count + 1)),
+        "check": "subst(top,x,0.5,y,0.25,z,1.5)/subst(den,x,0.5,y,0.25,z,1.5)"}}
+    return work
 
 
 # Records --------------------------------------------------------------------------------------------------
@@ -171,7 +221,9 @@ WORKLOADS += [gcd_workload("20 gcds, 2 variables, dense, 81 terms", "xy", 4, 0, 
               gcd_workload("20 gcds, 3 variables, sparse, 41 terms", "xyz", 4, 8, 20, True, 41),
               gcd_workload("20 gcds, 5 variables, sparse, 63 terms", "xyztu", 2, 8, 20, True, 63),
               gcd_workload("20 coprime pairs, 3 variables, 1000 terms", "xyz", 10, 33, 20, False, 1000)]
-WORKLOADS += [fraction_sum(20), fraction_sum(50)]
+WORKLOADS += list(gcd_pairs())
+WORKLOADS += [fraction_sum(20), fraction_sum(50), fraction_sum(200)]
+WORKLOADS += [float_fraction_sum(20), float_fraction_sum(50), float_fraction_sum(200)]
 WORKLOADS += [prime_gcd(5000)]
 WORKLOADS += [matrix_product(300)]
 WORKLOADS += [

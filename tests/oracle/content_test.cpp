@@ -183,6 +183,52 @@ void make_positive(fmpz_mpoly_t f, const fmpz_mpoly_ctx_t ctx)
     fmpz_clear(lead);
 }
 
+// Multiply f by powers of random polynomials.
+void multiply_by_powers(test_random *r, const poly_shape &shape, poly_operand *f)
+{
+    for (int k = 0; k < (shape.vars == 1 ? 3 : 1); ++k) {
+        const poly_operand more(random_divisor(r, shape));
+        for (std::uint64_t power = 1 + r->below(3); power > 0; --power) {
+            polynode *next = reference_product(f->p, more.p, shape.vars);
+            free_poly(&f->p);
+            f->p = next;
+        }
+    }
+}
+
+// The product of all coefficients of the power m.
+void product_at(const polynode *list, std::int32_t m, std::int32_t vars, fmpz_mpoly_t product,
+                const fmpz_mpoly_ctx_t ctx)
+{
+    poly_operand at(nullptr);
+    poly_set(1, &at.p);
+    for (const polynode *t = list; t; t = t->next) {
+        if (t->exp != m) continue;
+        polynode *next = reference_product(at.p, t->coef, vars);
+        free_poly(&at.p);
+        at.p = next;
+    }
+    poly_to_flint(at.p, product, ctx);
+    make_positive(product, ctx);
+}
+
+// The product of all factors of multiplicity m.
+void flint_product_at(const fmpz_mpoly_factor_t factors, std::int32_t m, fmpz_mpoly_t product,
+                      const fmpz_mpoly_ctx_t ctx)
+{
+    fmpz_mpoly_t base;
+    fmpz_mpoly_init(base, ctx);
+    fmpz_mpoly_one(product, ctx);
+    for (slong k = 0; k < fmpz_mpoly_factor_length(factors, ctx); ++k) {
+        if (fmpz_mpoly_factor_get_exp_si(const_cast<fmpz_mpoly_factor_struct *>(factors), k, ctx) != m)
+            continue;
+        fmpz_mpoly_factor_get_base(base, factors, k, ctx);
+        fmpz_mpoly_mul(product, product, base, ctx);
+    }
+    make_positive(product, ctx);
+    fmpz_mpoly_clear(base, ctx);
+}
+
 TEST(ContentOracle, SquareFreeOverTheIntegers)
 {
     test_random r;
@@ -195,61 +241,31 @@ TEST(ContentOracle, SquareFreeOverTheIntegers)
         shape.terms = 3;
         shape.digits = 1;
         poly_operand f(random_divisor(&r, shape));
-        for (int k = 0; k < (shape.vars == 1 ? 3 : 1); ++k) {
-            const poly_operand more(random_divisor(&r, shape));
-            const int power = 1 + static_cast<int>(r.below(3));
-            for (int j = 0; j < power; ++j) {
-                polynode *next = reference_product(f.p, more.p, shape.vars);
-                free_poly(&f.p);
-                f.p = next;
-            }
-        }
+        multiply_by_powers(&r, shape, &f);
         fmpz_mpoly_ctx_t ctx;
         fmpz_mpoly_ctx_init(ctx, shape.vars, ORD_LEX);
-        fmpz_mpoly_t fl;
-        fmpz_mpoly_init(fl, ctx);
-        poly_to_flint(f.p, fl, ctx);
+        fmpz_mpoly_t ours, theirs;
+        fmpz_mpoly_init(ours, ctx);
+        fmpz_mpoly_init(theirs, ctx);
         fmpz_mpoly_factor_t factors;
         fmpz_mpoly_factor_init(factors, ctx);
-        ASSERT_TRUE(fmpz_mpoly_factor_squarefree(factors, fl, ctx));
-        // What stands at each multiplicity, in the product of both lists: contents come apart in ours.
+        poly_to_flint(f.p, theirs, ctx);
+        ASSERT_TRUE(fmpz_mpoly_factor_squarefree(factors, theirs, ctx));
         poly_operand copy(copy_poly(f.p)), list;
         std::int32_t count = 0;
         clear_gcd_counters();
         total_sq_free(&copy.p, &list.p, &count, 1, names.names());
         EXPECT_EQ(copy.p, nullptr);
         EXPECT_EQ(count, list.p ? poly_length(list.p) : 0);
-        fmpz_mpoly_t ours, power;
-        fmpz_mpoly_init(ours, ctx);
-        fmpz_mpoly_init(power, ctx);
-        for (std::int32_t m = 1; m < 40; ++m) {
-            poly_operand at(nullptr);
-            poly_set(1, &at.p);
-            for (const polynode *t = list.p; t; t = t->next) {
-                if (t->exp != m) continue;
-                polynode *next = reference_product(at.p, t->coef, shape.vars);
-                free_poly(&at.p);
-                at.p = next;
-            }
-            poly_to_flint(at.p, ours, ctx);
-            fmpz_mpoly_one(power, ctx);
-            for (slong k = 0; k < fmpz_mpoly_factor_length(factors, ctx); ++k) {
-                if (fmpz_mpoly_factor_get_exp_si(factors, k, ctx) != m) continue;
-                fmpz_mpoly_t base;
-                fmpz_mpoly_init(base, ctx);
-                fmpz_mpoly_factor_get_base(base, factors, k, ctx);
-                fmpz_mpoly_mul(power, power, base, ctx);
-                fmpz_mpoly_clear(base, ctx);
-            }
-            make_positive(ours, ctx);
-            make_positive(power, ctx);
-            EXPECT_TRUE(fmpz_mpoly_equal(ours, power, ctx))
+        for (std::int32_t m = 1; m < 40; ++m) {  // contents come apart in ours: products are compared
+            product_at(list.p, m, shape.vars, ours, ctx);
+            flint_product_at(factors, m, theirs, ctx);
+            EXPECT_TRUE(fmpz_mpoly_equal(ours, theirs, ctx))
                 << "multiplicity " << m << " of " << poly_text(f.p);
         }
         fmpz_mpoly_clear(ours, ctx);
-        fmpz_mpoly_clear(power, ctx);
+        fmpz_mpoly_clear(theirs, ctx);
         fmpz_mpoly_factor_clear(factors, ctx);
-        fmpz_mpoly_clear(fl, ctx);
         fmpz_mpoly_ctx_clear(ctx);
     }
 }

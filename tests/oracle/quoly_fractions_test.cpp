@@ -9,6 +9,7 @@
 #include "tests/support/by_build.h"
 #include "tests/support/flint_polys.h"
 #include "tests/support/quolys.h"
+#include "tests/support/variables.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -22,16 +23,14 @@ constexpr std::int32_t vars = 3;
 
 class QuolyFractions : public ::testing::Test {
 protected:
+    const adjoined xyz{"x", "y", "z"};
     fmpz_mpoly_ctx_t ctx;
     void SetUp() override
     {
-        if (!numstash) open_stashes();
-        for (const char *name : {"z", "y", "x"}) insert_poly_name(name, 0, 0);
         fmpz_mpoly_ctx_init(ctx, vars, ORD_LEX);
     }
     void TearDown() override
     {
-        while (polynames) delete_poly_name(1);
         fmpz_mpoly_ctx_clear(ctx);
     }
 };

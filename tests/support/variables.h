@@ -1,6 +1,8 @@
 #pragma once
-// tests/support/variables.h -- six variables, and how they come into force.
+// tests/support/variables.h -- variables of polynomials for tests, and how they come into force.
 
+#include <initializer_list>
+#include "numbers/stash.h"
 #include "poly/variables.h"
 
 namespace kelmar_test {
@@ -40,6 +42,22 @@ struct six_in_force : six_variables {
     kelmar::pt *names()
     {
         return record;
+    }
+};
+
+// Variables that a session adjoined, until the end of the block; the first is the outermost.
+struct adjoined {
+    adjoined(std::initializer_list<const char *> names)
+    {
+        if (!kelmar::numstash) kelmar::open_stashes();
+        for (const char *const *name = names.end(); name != names.begin();) {
+            kelmar::insert_poly_name(*--name, 0, 0);
+        }
+    }
+    adjoined(const adjoined &) = delete;
+    ~adjoined()
+    {
+        while (kelmar::polynames) kelmar::delete_poly_name(1);
     }
 };
 

@@ -421,6 +421,18 @@ TEST(Array, GapsAreClosedBeforeTheStoreIsFull)
     EXPECT_TRUE(store_is_sound());
 }
 
+TEST(Array, GapsSmallerThanWhatIsInUseStay)
+{
+    no_arrays clean;
+    array *hole = made("h", 100000, 1);
+    array *a = made("a", 200000, 1);
+    put(a, 7, 0, 5);
+    EXPECT_EQ(removearray(hole), 1);
+    EXPECT_EQ(a->arr_first, 100000u);
+    EXPECT_EQ(got(a, 7, 0), 5);
+    EXPECT_TRUE(store_is_sound());
+}
+
 TEST(Array, ParametersMoveWhenGapsAreClosed)
 {
     no_arrays clean;

@@ -14,6 +14,7 @@
 #include "quoly/ring_change.h"
 #include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
+#include "tests/support/reports.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -139,6 +140,30 @@ TEST(Sparse, TheColumnCursorGoesFromFrameToFrame)
     EXPECT_EQ(seen, (std::vector<double>{1, 2, 0, 3}));
 }
 
+TEST(Sparse, TheColumnCursorStaysWhereTheLastFrameEnds)
+{
+    sparse_audit audit;
+    sparse_operand s(2048, 2);
+    set_entry(s.frames, 2048, 2, 9);
+    sparse_frame *frame = s.frames;
+    colm **slot = head_of_row(s.frames, 2048);
+    quolynode **q = get_sparse(2048, 2, &slot, &frame);
+    ASSERT_NE(q, nullptr);
+    EXPECT_EQ(value_of(*q), 9);
+    EXPECT_EQ(frame, s.frames);
+    EXPECT_EQ(slot, head_of_row(s.frames, 2048));
+}
+
+TEST(Sparse, AChainPutBackIntoItselfStays)
+{
+    sparse_audit audit;
+    sparse_operand s(3, 3);
+    set_entry(s.frames, 2, 3, 4);
+    put_back_sparse(s.frames, s.frames, 3);
+    EXPECT_EQ(sparse_entries(s.frames, 3), 1);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 2, 3)), 4);
+}
+
 TEST(Sparse, TheDiagonalCursorNeedsItsEntry)
 {
     sparse_audit audit;
@@ -150,6 +175,26 @@ TEST(Sparse, TheDiagonalCursorNeedsItsEntry)
     sparse_qq_set(1, &frame, &q);
     ASSERT_NE(q, nullptr);
     EXPECT_EQ(value_of(*q), 4);
+    const auto report = [&](std::int32_t row) { return report_of([&] { sparse_qq_set(row, &frame, &q); }); };
+    EXPECT_NE(report(2).find("bad t in sparse_qq_set, 2."), std::string::npos);
+    EXPECT_EQ(q, nullptr);
+    EXPECT_NE(report(3).find("bad t in sparse_qq_set, 1."), std::string::npos);
+    EXPECT_EQ(q, nullptr);
+}
+
+TEST(Sparse, TheDiagonalCursorGoesFromFrameToFrame)
+{
+    sparse_audit audit;
+    sparse_operand s(2049, 2049);
+    quolynode **q = nullptr;
+    for (std::int32_t k : {2047, 2048, 2049}) set_entry(s.frames, k, k, k);
+    sparse_frame *frame = s.frames;
+    for (std::int32_t k : {2047, 2048, 2049}) {
+        EXPECT_EQ(frame, k < 2049 ? s.frames : s.frames->frame_next);
+        sparse_qq_set(k, &frame, &q);
+        ASSERT_NE(q, nullptr);
+        EXPECT_EQ(value_of(*q), k);
+    }
 }
 
 TEST(Sparse, MachineIntegersAreSetAndAdded)
@@ -424,6 +469,47 @@ TEST(Sparse, IdentityScalarsAndMoves)
     EXPECT_EQ(sparse_entries(to.frames, 3), 0);
 }
 
+TEST(Sparse, AZeroOnTheDiagonalGoes)
+{
+    sparse_audit audit;
+    sparse_operand s(2, 2);
+    value_operand five;
+    quoly_set(5, &five.q);
+    set_entry(s.frames, 1, 1, -5);
+    set_entry(s.frames, 1, 2, 3);
+    add_to_diag(five.q, s.frames, 2);
+    EXPECT_TRUE(sparse_is_sound(s.frames, 2, 2));
+    EXPECT_EQ(sparse_entries(s.frames, 2), 2);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 2, 2)), 5);
+}
+
+TEST(Sparse, TransposesKeepTheModeOfTheirFrames)
+{
+    sparse_audit audit;
+    sparse_operand s(2, 2);
+    set_entry(s.frames, 1, 2, 3);
+    s.frames->frame_mode = 1;
+    trans_sparse(&s.frames, 2, 2);
+    EXPECT_EQ(s.frames->frame_mode, 1);
+    EXPECT_EQ(value_of(spar_retrieve(s.frames, 2, 1)), 3);
+}
+
+TEST(Sparse, ADenominatorIsNoPolynomial)
+{
+    sparse_audit audit;
+    sparse_operand s(2, 2);
+    std::int32_t allnums = 5;
+    value_operand q("{0{2{#1}, #3}}");
+    set_entry(s.frames, 1, 1, 3);
+    quoly_assign(q.q, sparse_zero_set(head_of_row(s.frames, 2), 1));
+    EXPECT_EQ(sparse_allpolys(s.frames, 2, &allnums), 1);
+    EXPECT_EQ(allnums, 0);
+    (*head_of_row(s.frames, 2))->val->den = copy_poly(q.q->top);
+    EXPECT_EQ(sparse_allpolys(s.frames, 2, &allnums), 0);
+    EXPECT_EQ(allnums, 0);
+    EXPECT_EQ(sparse_one_var_polys(s.frames, 2), 0);
+}
+
 TEST(Sparse, IntegerDataAndBack)
 {
     in_view live(view_word);
@@ -441,6 +527,10 @@ TEST(Sparse, IntegerDataAndBack)
     EXPECT_EQ(a.frames->row_head[2]->word, -7);
     move_data_outof_quoly(a.frames, 3);
     EXPECT_EQ(read(a.frames, 3), m);
+    move_data_into_quoly(a.frames, 3);
+    a.frames->row_head[2]->word = 0;
+    const std::string report = report_of([&] { move_data_outof_quoly(a.frames, 3); });
+    EXPECT_NE(report.find("0 value in move_data_outof_quoly."), std::string::npos);
 }
 
 TEST(Sparse, QuestionsAboutEntries)

@@ -371,6 +371,8 @@ TEST(Binomial, LongerThanTheLongestNumberIsError347)
     r.size = 0;
     EXPECT_EQ(caught_error([&] { binomial(2000000000, 1000000000, &r); }), 347);
     EXPECT_EQ(caught_error([&] { binomial(2000000000, 50000, &r); }), 347);
+    EXPECT_EQ(caught_error([&] { binomial(2000000000, 29597, &r); }), 347);  // 31 bits a factor
+    EXPECT_EQ(caught_error([&] { binomial(2000000000, 29596, &r); }), 0);
     EXPECT_EQ(caught_error([&] { binomial(2000000000, 1999999999, &r); }), 0);
     EXPECT_EQ(r.size, 2) << "2000000000";
     EXPECT_EQ(caught_error([&] { binomial(40000, 20000, &r); }), 0);

@@ -11,7 +11,7 @@ using namespace kelmar_test;
 
 namespace {
 
-constexpr int rounds = by_build(5000, 200000);
+constexpr int rounds = by_build(5000, 1000000);
 
 constexpr double nan_value = std::numeric_limits<double>::quiet_NaN();
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <vector>
@@ -587,6 +588,37 @@ TEST(RoundTrip, DisplayedLongIntegersReadBack)
     }
     mpz_clear(z);
     audit.expect_unchanged("round trip");
+}
+
+// In a saved file a double is as short as 15 to 17 digits allow, and reads back as itself.
+TEST(RoundTrip, SavedDoublesReadBackAndAreShort)
+{
+    const kept_settings kept;
+    const in_view view(view_float);
+    const struct {
+        double value;
+        const char *text;
+    } rows[] = {{0.1, "0.1"},
+                {-0.1, "-0.1"},
+                {1.0 / 3, "0.3333333333333333"},
+                {0.1 + 0.2, "0.30000000000000004"},
+                {9007199254740993.0, "9007199254740992"},
+                {1e15 + 0.125, "1000000000000000.1"},
+                {1.7976931348623157e+308, "1.7976931348623157e+308"},
+                {5e-324, "4.94065645841247e-324"}};
+    round_trip = 1;
+    for (const auto &row : rows) {
+        EXPECT_EQ(displayed_real(row.value).text, row.text);
+    }
+    test_random random;
+    for (int k = 0; k < rounds; ++k) {
+        const std::uint64_t bits = random.engine();
+        double v;
+        std::memcpy(&v, &bits, sizeof v);
+        if (!std::isfinite(v)) continue;
+        ASSERT_EQ(std::strtod(displayed_real(v).text.c_str(), nullptr), v) << "seed " << random.seed;
+    }
+    round_trip = 0;
 }
 
 }  // namespace

@@ -241,6 +241,39 @@ TEST(Residues, AreNeverNegativeAndLeaveNoRemainder)
     EXPECT_EQ(c.word, 2);
 }
 
+// Words outside the range stand for counts.
+TEST(Residues, CountsTakePartAsWhatTheyAre)
+{
+    for (const std::int32_t m : {2, 7, 65521, 65535, 1000003, 268435399}) {
+        const in_view view(view_modular, m);
+        for (const std::int32_t va : {0, 1, 20, 70000, 99999999, (1 << 28) - 1, -1, -20, -(1 << 28) + 1}) {
+            for (const std::int32_t vb : {1, 13, 65536, 268435398, -3}) {
+                number a = word_number(va), b = word_number(vb), c = word_number(0);
+                const auto rest = [m](std::int64_t v) { return ((v % m) + m) % m; };
+                num_add(&a, &b, &c);
+                ASSERT_EQ(c.word, rest(std::int64_t{va} + vb)) << va << " + " << vb << " modulo " << m;
+                num_sub(&a, &b, &c);
+                ASSERT_EQ(c.word, rest(std::int64_t{va} - vb)) << va << " - " << vb << " modulo " << m;
+                num_mul(&a, &b, &c);
+                ASSERT_EQ(c.word, rest(std::int64_t{va} * vb)) << va << " * " << vb << " modulo " << m;
+                makeneg(&a, &c);
+                ASSERT_EQ(c.word, rest(-std::int64_t{va})) << "-" << va << " modulo " << m;
+                ASSERT_EQ(a.word, va);
+            }
+        }
+    }
+}
+
+TEST(FieldElements, CountsTakePartByTheirLowBits)
+{
+    const in_view view(view_field);
+    number a = word_number(300), b = word_number(-3), c = word_number(0);
+    num_add(&a, &b, &c);
+    EXPECT_EQ(c.word, 44 ^ 3);
+    makeneg(&a, &c);
+    EXPECT_EQ(c.word, 44);
+}
+
 TEST(FieldElements, SumsAreExclusiveOr)
 {
     const in_view view(view_field);

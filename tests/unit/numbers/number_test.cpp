@@ -11,7 +11,7 @@ using namespace kelmar_test;
 
 namespace {
 
-constexpr int rounds = by_build(3000, 100000);
+constexpr int rounds = by_build(3000, 1000000);
 
 std::vector<std::int32_t> digits_of(const number *n)
 {

@@ -22,7 +22,6 @@ namespace {
 
 constexpr int rounds = by_build(1000, 20000);
 
-
 quolynode *made(std::int32_t v)
 {
     quolynode *q = nullptr;

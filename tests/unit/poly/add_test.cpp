@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "tests/support/by_build.h"
 #include "tests/support/polys.h"
+#include "tests/support/settings.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -11,20 +12,6 @@ using namespace kelmar_test;
 namespace {
 
 constexpr int rounds = by_build(150, 1000);
-
-
-// laurent has the value until the end of the block.
-struct in_laurent {
-    std::int32_t saved = laurent;
-    explicit in_laurent(std::int32_t v)
-    {
-        laurent = v;
-    }
-    ~in_laurent()
-    {
-        laurent = saved;
-    }
-};
 
 std::string sum_text(const char *a, const char *b)
 {

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int rounds = by_build(300, 4000);
 
-
 // p without the variable of the level, by sums of the coefficients that meet.
 polynode *reference_at_one(const polynode *p, std::int32_t vars, std::int32_t level)
 {

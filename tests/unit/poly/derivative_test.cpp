@@ -13,7 +13,6 @@ namespace {
 
 constexpr int rounds = by_build(300, 4000);
 
-
 // The sum of |e| copies of the coefficient, turned over for a negative e: no product is used.
 polynode *reference_derivative(const polynode *p, std::int32_t vars)
 {

@@ -11,6 +11,7 @@
 #include "tests/support/by_build.h"
 #include "tests/support/data_files.h"
 #include "tests/support/polys.h"
+#include "tests/support/settings.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -33,18 +34,6 @@ struct in_store {
     {
         close_poly_disk();
         EXPECT_EQ(chdir(before.c_str()), 0);
-    }
-};
-
-struct in_laurent {
-    std::int32_t saved = laurent;
-    explicit in_laurent(std::int32_t v)
-    {
-        laurent = v;
-    }
-    ~in_laurent()
-    {
-        laurent = saved;
     }
 };
 

@@ -7,6 +7,7 @@
 #include "numbers/decimal.h"
 #include "session/output.h"
 #include "tests/support/polys.h"
+#include "tests/support/variables.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -34,16 +35,7 @@ template <class T> struct with {
 class Display : public ::testing::Test {
 protected:
     in_view live{view_float};
-
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"z", "y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-    }
+    const adjoined variables{"x", "y", "z"};
 };
 
 // What f writes to the stream that it is given.
@@ -63,7 +55,7 @@ std::string shown(const polynode *p, int wrap = 1, std::int32_t *lines = nullptr
 {
     return written([&](std::FILE *out) {
         text_place t;
-        open_text(&t, out, wrap, 0);
+        begin_text(&t, out, wrap, 0);
         poly_display(&t, p, polynames, 0, 1);
         if (lines) *lines = t.lines;
     });
@@ -279,7 +271,7 @@ TEST_F(Display, ChecklengthBreaksAtTheCutoffAndNotBefore)
     const auto at = [](std::int32_t col) {
         return written([col](std::FILE *out) {
             text_place t;
-            open_text(&t, out, 1, col);
+            begin_text(&t, out, 1, col);
             checklength(&t);
             EXPECT_EQ(t.col, col >= dispcutoff ? 0 : col);
         });
@@ -306,7 +298,7 @@ std::string listed_from(std::int32_t col, const char *text)
     const poly_operand p(poly_of_text(text));
     return written([&](std::FILE *out) {
         text_place t;
-        open_text(&t, out, 1, col);
+        begin_text(&t, out, 1, col);
         monomial_disp(&t, p.p, polynames, 0);
     });
 }
@@ -329,7 +321,7 @@ std::string shown_at_terminal(const polynode *p)
     return written([p](std::FILE *out) {
         with<std::FILE *> terminal(&Output, out);
         text_place t;
-        open_text(&t, out, 1, 0);
+        begin_text(&t, out, 1, 0);
         poly_display(&t, p, polynames, 0, 1);
     });
 }
@@ -381,7 +373,7 @@ void *show_long_list(void *arg)
 {
     std::FILE *out = std::fopen("/dev/null", "w");
     text_place t;
-    open_text(&t, out, 1, 0);
+    begin_text(&t, out, 1, 0);
     poly_display(&t, static_cast<const polynode *>(arg), polynames, 0, 1);
     std::fclose(out);
     return nullptr;

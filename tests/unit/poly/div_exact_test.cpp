@@ -55,6 +55,14 @@ TEST(PolyQuot, TruncatesLongIntegers)
     EXPECT_EQ(quot_text("{2{#-7}, #9}", "{#4}"), "{2{#-1}, #2}");
 }
 
+TEST(PolyQuot, InPlaceALostTermOfLongIntegersIsNoFault)
+{
+    in_view live(view_digits);
+    poly_operand p(poly_of_text("{2{#3}, #7}")), five(poly_of_text("{#5}"));
+    num_poly_quot(&p.p, five.p->num);
+    EXPECT_EQ(poly_text(p.p), "{#1}");
+}
+
 TEST(PolyQuot, NumbersThatDoNotDivideAreErrors)
 {
     in_ring live(other_rings[0]);

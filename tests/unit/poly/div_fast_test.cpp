@@ -314,8 +314,8 @@ TEST_F(PolyTrial, TwoYesOfTheNumberTestAreBelievedFromFiveLevelsOn)
     }
 }
 
-// The leading coefficients vanish for y = 0 .. 7: a test is performed in trial 4, the last one, alone. There y
-// = 8 makes the image of n a multiple.
+// The leading coefficients vanish for y = 0 .. 7, so that only trial 4, the last one, performs a test: with y
+// at 8, which makes the image of n a multiple.
 TEST_F(PolyTrial, TheLastTrialIsThatOfTheCount)
 {
     in_view live(view_digits);

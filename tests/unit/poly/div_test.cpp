@@ -15,7 +15,8 @@ using namespace kelmar_test;
 namespace {
 
 constexpr int rounds = by_build(60, 600);
-constexpr std::int32_t million = by_build(100000, 1000000);  // here a frame is so large that these would not fit the stack
+// On malloc a frame is so large that a million would not fit the stack.
+constexpr std::int32_t million = by_build(100000, 1000000);
 
 std::string mod_or_div_text(const char *a, const char *b, char op)
 {

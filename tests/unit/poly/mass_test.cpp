@@ -6,24 +6,13 @@
 #include "poly/measure.h"
 #include "storage/accounting.h"
 #include "tests/support/polys.h"
+#include "tests/support/settings.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
 
 namespace {
-
-struct in_laurent {
-    std::int32_t saved = laurent;
-    explicit in_laurent(std::int32_t v)
-    {
-        laurent = v;
-    }
-    ~in_laurent()
-    {
-        laurent = saved;
-    }
-};
 
 // The constant of a decimal number, in the digit view.
 polynode *long_constant(const std::string &decimal)

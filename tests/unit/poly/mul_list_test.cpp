@@ -14,7 +14,6 @@ namespace {
 
 constexpr int rounds = by_build(60, 300);
 
-
 // By the step on lists; every smaller product by the cut-offs in force.
 void by_halves(polynode *a, polynode *b, polynode **c)
 {

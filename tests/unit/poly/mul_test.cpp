@@ -22,7 +22,6 @@ namespace {
 constexpr int rounds = by_build(150, 600);
 constexpr std::int32_t fewer_terms = by_build(6, 1);  // every record is dear
 
-
 // Return a * b after checking that it is normal and that the operands read as before.
 std::string product_text(polynode *a, polynode *b, std::int32_t vars)
 {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "tests/support/by_build.h"
 #include "tests/support/polys.h"
+#include "tests/support/settings.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -11,20 +12,6 @@ using namespace kelmar_test;
 namespace {
 
 constexpr int rounds = by_build(300, 4000);
-
-
-// laurent has the value until the end of the block.
-struct in_laurent {
-    std::int32_t saved = laurent;
-    explicit in_laurent(std::int32_t v)
-    {
-        laurent = v;
-    }
-    ~in_laurent()
-    {
-        laurent = saved;
-    }
-};
 
 // A list of n terms x^(n-1) .. x^0, all with the coefficient 1.
 polynode *long_list(std::int32_t n)

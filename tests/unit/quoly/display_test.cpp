@@ -6,6 +6,8 @@
 #include "poly/display.h"
 #include "poly/variables.h"
 #include "tests/support/quolys.h"
+#include "tests/support/settings.h"
+#include "tests/support/variables.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -16,17 +18,8 @@ namespace {
 class QuolyDisplay : public ::testing::Test {
 protected:
     in_view live{view_float};
-
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-        uglyprint = monomial_list = 0;
-    }
+    const adjoined variables{"x", "y"};
+    const kept_word ugly{&uglyprint, 0}, monomials{&monomial_list, 0};
 };
 
 std::string shown(const quolynode *q, const value_form &form)

@@ -14,6 +14,7 @@
 #include "tests/support/divisions.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/quolys.h"
+#include "tests/support/variables.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
@@ -24,17 +25,8 @@ constexpr int rounds = by_build(40, 300);
 
 constexpr std::int32_t vars = 3;
 
-class Fraction : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"z", "y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-    }
+struct Fraction : testing::Test {
+    const adjoined variables{"x", "y", "z"};
 };
 
 // Rings in which a fraction has one form.

@@ -5,6 +5,7 @@
 #include "tests/support/by_build.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/quolys.h"
+#include "tests/support/variables.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -16,17 +17,8 @@ constexpr int rounds = by_build(150, 1500);
 
 constexpr std::int32_t vars = 3;
 
-class QuolyMul : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"z", "y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-    }
+struct QuolyMul : testing::Test {
+    const adjoined variables{"x", "y", "z"};
 };
 
 polynode *drawn(test_random *r, num_view v)

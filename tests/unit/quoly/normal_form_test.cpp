@@ -11,6 +11,7 @@
 #include "session/report.h"
 #include "tests/support/divisions.h"
 #include "tests/support/quolys.h"
+#include "tests/support/variables.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
@@ -22,15 +23,7 @@ constexpr std::int32_t vars = 2;
 // Two variables: x is level 1, y level 2.
 class NormalForm : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-    }
+    const adjoined variables{"x", "y"};
 };
 
 // top / den as they stand, in no form at all.

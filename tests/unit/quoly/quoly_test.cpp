@@ -15,7 +15,6 @@ namespace {
 
 constexpr int rounds = by_build(300, 3000);
 
-
 poly_shape small_shape(num_view v)
 {
     poly_shape shape;

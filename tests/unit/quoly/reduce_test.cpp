@@ -1,12 +1,15 @@
 // Cofactors of gcds: right ones, wrong ones that are found out, doubles, warnings.
 #include "quoly/reduce.h"
 #include <gtest/gtest.h>
+#include "gcd/stash.h"
 #include "poly/div_fast.h"
 #include "poly/mul.h"
 #include "session/report.h"
+#include "storage/accounting.h"
 #include "tests/support/data_files.h"
 #include "tests/support/divisions.h"
 #include "tests/support/polys.h"
+#include "tests/support/variables.h"
 
 using namespace kelmar;
 using namespace kelmar_test;
@@ -19,15 +22,7 @@ class Reduce : public ::testing::Test {
 protected:
     kept_word first_test{&try_rat, 1};
     kept_word second_test{&rat_yes, 1};
-    void SetUp() override
-    {
-        if (!numstash) open_stashes();
-        for (const char *name : {"y", "x"}) insert_poly_name(name, 0, 0);
-    }
-    void TearDown() override
-    {
-        while (polynames) delete_poly_name(1);
-    }
+    const adjoined variables{"x", "y"};
 };
 
 struct reduction {
@@ -126,6 +121,33 @@ TEST_F(Reduce, WrongGcdOfCoprimesEndsWithOne)
     EXPECT_EQ(poly_text(r.g.p), "{#1}");
     EXPECT_EQ(poly_text(r.qa.p), cofactor);
     EXPECT_EQ(poly_text(r.qb.p), "{1{#1}, #2}");
+}
+
+TEST_F(Reduce, GcdThatStaysWrongIsGivenUpAfterTenRounds)
+{
+    const in_ring live(ring{view_modular, 101, 1});
+    const kept_word shown(&verbose, 1);
+    const char *const a = "{60{#1}, #2}", *const b = "{59{#1}, 1{#1}, #3}", *const wrong = "{1{#1}, #7}";
+    const std::int64_t memory = initial_memory;
+    initial_memory = 1000000;
+    lookupgcd = 1;
+    {
+        const poly_operand p(poly_of_text(a)), q(poly_of_text(b)), g(poly_of_text(wrong));
+        poly_operand known;
+        pending_gcd pending;
+        ASSERT_FALSE(find_gcd(p.p, q.p, &known.p, &pending));
+        keep_gcd(&pending, g.p, "");  // the stash gives the same wrong answer every time
+        const reduction r(a, b, wrong, 1);
+        const std::string line = " *** Warning 5. A  fast probabilistic gcd algorithm is being retried.\n";
+        std::string lines;
+        for (int round = 0; round < 10; ++round) lines += line;
+        EXPECT_EQ(r.text, lines);
+        EXPECT_EQ(poly_text(r.g.p), "{#1}");
+        EXPECT_EQ(poly_text(r.qa.p), a);
+        EXPECT_EQ(poly_text(r.qb.p), b);
+    }
+    init_gcd_stash();
+    initial_memory = memory;
 }
 
 TEST_F(Reduce, DoublesDropWhatADivisionLeavesWithoutAWarning)

@@ -342,7 +342,8 @@ void add_scalar(world *w)
     if (from < 0) return;
     const matrix &m = w->array[from];
     const bool front = w->below(2);
-    w->say(w->whole(k) + " := " + (front ? number(v) + " - " + w->whole(from) : w->whole(from) + " + " + number(v)));
+    w->say(w->whole(k) +
+           " := " + (front ? number(v) + " - " + w->whole(from) : w->whole(from) + " + " + number(v)));
     w->assign(k, mapped(m, false, [&](int i, int j) { return front ? v - m.at(i, j) : m.at(i, j) + v; }));
 }
 
@@ -353,7 +354,8 @@ void change_signs(world *w)
     const matrix &m = w->array[from];
     const bool negate = w->below(2);
     w->say(w->whole(k) + " := " + (negate ? "-" + w->whole(from) : "|" + w->whole(from) + "|"));
-    w->assign(k, mapped(m, m.sparse, [&](int i, int j) { return negate ? -m.at(i, j) : std::fabs(m.at(i, j)); }));
+    w->assign(
+        k, mapped(m, m.sparse, [&](int i, int j) { return negate ? -m.at(i, j) : std::fabs(m.at(i, j)); }));
 }
 
 void entrywise(world *w)
@@ -469,12 +471,36 @@ void statements_of_entries(world *w)
 }
 
 typedef void (*statement)(world *);
-const statement statements[] = {declare,      literal,     literal,    entry,        entry,
-                                entry,        entry,       scalar,     section,      section,
-                                transpose,    scale,       add,        multiply,     multiply,
-                                join,         diagonal,    cancel,     become_sparse, comprehend,
-                                sparse_data,  add_scalar,  change_signs, entrywise,  by_pairs,
-                                take_diagonal, take_section, fill_slot, read_slot,   system_array,
+const statement statements[] = {declare,
+                                literal,
+                                literal,
+                                entry,
+                                entry,
+                                entry,
+                                entry,
+                                scalar,
+                                section,
+                                section,
+                                transpose,
+                                scale,
+                                add,
+                                multiply,
+                                multiply,
+                                join,
+                                diagonal,
+                                cancel,
+                                become_sparse,
+                                comprehend,
+                                sparse_data,
+                                add_scalar,
+                                change_signs,
+                                entrywise,
+                                by_pairs,
+                                take_diagonal,
+                                take_section,
+                                fill_slot,
+                                read_slot,
+                                system_array,
                                 statements_of_entries};
 
 // Entries that have grown are zeroed, so that every sum stays exact.
@@ -528,10 +554,12 @@ void compare(world *w)
         token_rec name = {};
         name.text[0] = static_cast<char>('a' + k);
         name.index = -1;
-        ASSERT_NO_FATAL_FAILURE(compare_one(find_array_named(&name), w->array[k], w->name(k) + "\n" + w->text));
+        ASSERT_NO_FATAL_FAILURE(
+            compare_one(find_array_named(&name), w->array[k], w->name(k) + "\n" + w->text));
     }
     for (int n = 0; n < slots; ++n) {
-        ASSERT_NO_FATAL_FAILURE(compare_one(array_in_slot(n), w->slot[n], "%" + number(n + 1) + "\n" + w->text));
+        ASSERT_NO_FATAL_FAILURE(
+            compare_one(array_in_slot(n), w->slot[n], "%" + number(n + 1) + "\n" + w->text));
     }
 }
 

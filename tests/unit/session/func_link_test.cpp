@@ -120,6 +120,23 @@ TEST(Compile, MarksTheTokensOfItsNames)
     session_text("@T\n");
 }
 
+TEST(Compile, LinksEntriesOfTenCharacters)
+{
+    EXPECT_EQ(last_value("[abcdefg] := [(1, 2)]:\n[abcdefgh] := [(3, 4)]:\nFunc T = Compile(abcdefg[1], "
+                         "abcdefgh[1]); abcdefg[1] + abcdefgh[1] .\nT"),
+              "4");
+    token_rec name;
+    set_token(&name, "T");
+    const func_node *f = find_func(&name);
+    ASSERT_NE(f, nullptr);
+    const name_node *t = f->linked_at->cond->plain;
+    EXPECT_EQ(t->linked, 1);
+    EXPECT_EQ(t->kind, linked_entry);
+    while (std::string(t->text) != "abcdefgh") t = t->next;
+    EXPECT_EQ(t->linked, 0);
+    session_text("@T\n@[abcdefg]\n@[abcdefgh]\n");
+}
+
 TEST(Compile, RecursionReturnsToTheOuterParameters)
 {
     const std::string body = "if n < 2 then r := n else r := T(n-1); r := r + 10*n + U(n) fi; Return(r) .\n";

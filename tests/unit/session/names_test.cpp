@@ -134,6 +134,36 @@ TEST_F(Names, TenThousandNamesAreAllFound)
     EXPECT_EQ(count_free_vars(1000000), before + 10000);
 }
 
+TEST_F(Names, AmongManyTheNewestOfANameIsFound)
+{
+    constexpr int count = 9000;
+    var_node *const mark = params_top;
+    for (int i = 0; i < count; ++i) put("w" + std::to_string(i), i);
+    for (int round = 1; round <= 2; ++round) {
+        for (int i = 0; i < count; i += 7) {
+            token_rec t = named("w" + std::to_string(i));
+            quolynode *q = nullptr;
+            quoly_set(-round, &q);
+            var_node *const v = push_param(&t, &q, nullptr);
+            ASSERT_EQ(find_var(&t), v);
+        }
+    }
+    for (int i = 0; i < count; ++i) {
+        token_rec t = named("w" + std::to_string(i));
+        ASSERT_EQ(find_var(&t)->value->num->real, i % 7 == 0 ? -2 : i);
+        if (i % 21 != 0) continue;
+        ASSERT_EQ(remove_var(&t), 1);
+        ASSERT_EQ(find_var(&t)->value->num->real, -1);
+    }
+    pop_params(mark);
+    for (int i = 0; i < count; ++i) {
+        token_rec t = named("w" + std::to_string(i));
+        ASSERT_EQ(find_var(&t)->value->num->real, i);
+        ASSERT_EQ(remove_var(&t), 1);
+        ASSERT_EQ(find_var(&t), nullptr);
+    }
+}
+
 TEST_F(Names, CancelledVariableLivesUntilItsBorrowersAreDone)
 {
     var_node *v = put("abc", 7);

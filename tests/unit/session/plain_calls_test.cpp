@@ -1,4 +1,5 @@
-// tests/unit/session/plain_calls_test.cpp -- calls that are walked have the values, errors and traces of calls.
+// tests/unit/session/plain_calls_test.cpp -- calls that are walked have the values, errors and traces of
+// calls.
 //
 // A function with more parameters than a frame holds is left to the evaluators. The same functions with and
 // without such parameters, which no call gives a value, must write the same session.
@@ -98,10 +99,10 @@ struct program {
 std::string session_of(unsigned seed, const std::string &more)
 {
     program g{std::mt19937(seed)};
-    std::string text = "a := 7\nb := -3\ny := 0.4\nz := 12345678901\n";
+    std::string text = "a := 7\nb := -3\ny := 0.4\nz := 12345678901\nx := 0\n";
     for (int i = 2; i >= 0; --i) text += g.function(i, more);
     text += "Func T(a) = y := " + g.sum(2, 0) + "; " + g.sum(2, 0) + " .:\n";
-    return text + "x := T(2)\nx\ny\nx := T(5)\nx\n&t\n";
+    return text + "x := T(2)\nx\ny\nx := T(5)\nx\n";
 }
 
 TEST(PlainCalls, SessionsReadAsTheyDoWithCallsOfTheEvaluators)
@@ -143,16 +144,20 @@ TEST(PlainCalls, FunctionsOfPlainNumbersAreWalked)
 {
     session_text("Func F(a, b) = a + b .:\nFunc T = F(1, 2) .:\n");
     EXPECT_EQ(is_walked("T"), calls_are_walked);
-    session_text("Func F(a) = if a < 2 and not a = 0 then a else F(a - 1) + F(a - 2) fi .:\nFunc T = F(9) .:\n");
+    session_text(
+        "Func F(a) = if a < 2 and not a = 0 then a else F(a - 1) + F(a - 2) fi .:\nFunc T = F(9) .:\n");
     EXPECT_EQ(is_walked("T"), calls_are_walked);
 }
 
 TEST(PlainCalls, OtherFunctionsAreNot)
 {
-    static const char *const definitions_of_f[] = {
-        "Func F(^a) = a + 1 .:",          "Func F(a) = x := a; x .:",    "Func F(a) = a^2 .:",
-        "Func F(a) = while a > 9 do a od .:", "Func F(a) = Integer; a .:", "Func F(a) = Numer(a) .:",
-        "Func F(a, k, l, m, o, p, q, r, s) = a .:"};
+    static const char *const definitions_of_f[] = {"Func F(^a) = a + 1 .:",
+                                                   "Func F(a) = x := a; x .:",
+                                                   "Func F(a) = a^2 .:",
+                                                   "Func F(a) = while a > 9 do a od .:",
+                                                   "Func F(a) = Integer; a .:",
+                                                   "Func F(a) = Numer(a) .:",
+                                                   "Func F(a, k, l, m, o, p, q, r, s) = a .:"};
     for (const char *definition : definitions_of_f) {
         session_text(std::string(definition) + "\ny := 1\nFunc T = F(y) .:\n");
         EXPECT_FALSE(is_walked("T")) << definition;
@@ -175,7 +180,8 @@ TEST(PlainCalls, NamesHaveTheNewestBinding)
 {
     EXPECT_EQ(last_value("a := 1\nFunc G = a + b .:\nFunc F(a) = G + a .:\nb := 100\nF(20)"), "140");
     EXPECT_EQ(last_value("Func H(b) = G .:\nFunc F(a) = H(a + 1) + a .:\nF(20)"), "61");
-    EXPECT_EQ(last_value("Func F(a) = G(a + 1) .:\nFunc G(b) = a*b .:\nFunc T(a) = F(2) + F(a) .:\nT(5)"), "36");
+    EXPECT_EQ(last_value("Func F(a) = G(a + 1) .:\nFunc G(b) = a*b .:\nFunc T(a) = F(2) + F(a) .:\nT(5)"),
+              "36");
 }
 
 TEST(PlainCalls, RecursionGoesDeeperThanAWalk)
@@ -185,7 +191,8 @@ TEST(PlainCalls, RecursionGoesDeeperThanAWalk)
 
 TEST(PlainCalls, WhatDeclinesLateCostsLittle)
 {
-    // each call has a value for its first summand, and fails at the bottom: unlimited, the walks are quadratic
+    // each call has a value for its first summand, and fails at the bottom: unlimited, the walks are
+    // quadratic
     const std::string chain = "Func R(n) = if n = 0 then v else R(n - 1) + C(3) fi .:\nFunc C(n) = n .:\n";
     EXPECT_EQ(last_value(chain + "v := 1\nR(100)"), "301");
     const std::string open = session_text(chain + "v := 1\n@v\nR(4000)\n");
@@ -194,7 +201,8 @@ TEST(PlainCalls, WhatDeclinesLateCostsLittle)
 
 TEST(PlainCalls, AParameterThatIsAPolynomialVariableIsAnError)
 {
-    const std::string text = session_text("Func F(w) = w + 1 .:\nFunc T = F(2) .:\nT\n&(J = w)\nT\n&(J = -w)\n");
+    const std::string text = session_text(
+        "Func F(w) = w + 1 .:\nFunc T = F(2) .:\nT\n&(J = w)\nT\n&(J = -w)\n");
     EXPECT_NE(text.find("3\n"), std::string::npos) << text;
     EXPECT_TRUE(failed(text)) << text;
 }

@@ -11,6 +11,7 @@
 #include "session/report.h"
 #include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
+#include "tests/support/variables.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -24,6 +25,7 @@ constexpr std::int32_t vars = 3;
 
 class PolyReadin : public ::testing::Test {
 protected:
+    const adjoined variables{"x", "y", "z"};
     static void SetUpTestSuite()
     {
         if (!numstash) open_stashes();
@@ -34,13 +36,11 @@ protected:
     void SetUp() override
     {
         tt_flag = 0;
-        for (const char *name : {"z", "y", "x"}) insert_poly_name(name, 0, 0);
     }
     void TearDown() override
     {
         tt_flag = 1;
         laurent = 0;
-        while (polynames) delete_poly_name(1);
     }
 };
 

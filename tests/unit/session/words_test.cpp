@@ -2,6 +2,7 @@
 #include "session/words.h"
 #include <climits>
 #include <cmath>
+#include <vector>
 #include "numbers/dispatch.h"
 #include "quoly/mul.h"
 #include "session/errors.h"
@@ -14,31 +15,43 @@ using namespace kelmar_test;
 
 namespace {
 
-TEST(ValueToWord, FloatsNearAWholeNumberAreThatNumber)
+// What `convert` says of a float, and the word that it gives: the row of a table.
+struct converted {
+    double value;
+    int said;
+    std::int32_t word;
+};
+
+void expect_converted(const std::vector<converted> &rows, int (*convert)(const quolynode *, std::int32_t *))
 {
     prepare_session_once();
-    flotemode = lintmode = 1;
+    in_view live(view_float);
     quolynode *q = nullptr;
     std::int32_t word;
     quoly_set(0, &q);
-    const struct {
-        double value;
-        int fits;
-        std::int32_t word;
-    } rows[] = {
-        {2.5, 1, 2},           {-2.5, 1, -2},
-        {3 - 1e-10, 1, 3},     {3 - 1e-8, 1, 2},
-        {-0.0, 1, 0},          {2147483647.0, 1, INT_MAX},
-        {2147483648.0, 0, 0},  {-2147483648.0, 1, INT_MIN},
-        {-2147483649.0, 0, 0}, {HUGE_VAL, 0, 0},
-        {-HUGE_VAL, 0, 0},     {std::nan(""), 0, 0},
-    };
-    for (const auto &row : rows) {
+    for (const converted &row : rows) {
         q->num->real = row.value;
-        EXPECT_EQ(value_to_word(q, &word), row.fits) << row.value;
+        EXPECT_EQ(convert(q, &word), row.said) << row.value;
         EXPECT_EQ(word, row.word) << row.value;
     }
     free_quoly(&q);
+}
+
+TEST(ValueToWord, FloatsNearAWholeNumberAreThatNumber)
+{
+    expect_converted({{2.5, 1, 2},
+                      {-2.5, 1, -2},
+                      {3 - 1e-10, 1, 3},
+                      {3 - 1e-8, 1, 2},
+                      {-0.0, 1, 0},
+                      {2147483647.0, 1, INT_MAX},
+                      {2147483648.0, 0, 0},
+                      {-2147483648.0, 1, INT_MIN},
+                      {-2147483649.0, 0, 0},
+                      {HUGE_VAL, 0, 0},
+                      {-HUGE_VAL, 0, 0},
+                      {std::nan(""), 0, 0}},
+                     value_to_word);
 }
 
 TEST(ValueToWord, LongIntegersAreTakenModuloTheWord)
@@ -64,30 +77,15 @@ TEST(ValueToWord, LongIntegersAreTakenModuloTheWord)
 
 TEST(ValueToCount, TellsWhatIsNoNumberFromWhatIsTooLarge)
 {
-    prepare_session_once();
-    flotemode = lintmode = 1;
-    quolynode *q = nullptr;
-    std::int32_t word;
-    quoly_set(0, &q);
-    const struct {
-        double value;
-        int bad;
-        std::int32_t word;
-    } rows[] = {
-        {-7.5, 0, -7},
-        {2147483647.0, 0, INT_MAX},
-        {-2147483647.0, 0, -INT_MAX},
-        {2147483648.0, err_counter_too_big, 0},
-        {-2147483648.0, err_counter_too_big, 0},
-        {HUGE_VAL, err_bad_coordinate, 0},
-        {std::nan(""), err_bad_coordinate, 0},
-    };
-    for (const auto &row : rows) {
-        q->num->real = row.value;
-        EXPECT_EQ(value_to_count(q, err_bad_coordinate, &word), row.bad) << row.value;
-        EXPECT_EQ(word, row.word) << row.value;
-    }
-    free_quoly(&q);
+    expect_converted(
+        {{-7.5, 0, -7},
+         {2147483647.0, 0, INT_MAX},
+         {-2147483647.0, 0, -INT_MAX},
+         {2147483648.0, err_counter_too_big, 0},
+         {-2147483648.0, err_counter_too_big, 0},
+         {HUGE_VAL, err_bad_coordinate, 0},
+         {std::nan(""), err_bad_coordinate, 0}},
+        [](const quolynode *q, std::int32_t *word) { return value_to_count(q, err_bad_coordinate, word); });
 }
 
 TEST(Words, WrapAtTheirEnds)

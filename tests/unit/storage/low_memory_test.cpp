@@ -1,8 +1,13 @@
 // The answer to a heap that is used up.
 #include "storage/low_memory.h"
 #include <gtest/gtest.h>
+#include <cstring>
+#include <string>
 #include "quoly/quoly.h"
 #include "tests/support/long_numbers.h"
+#include "tests/support/catch_error.h"
+#include "tests/support/reports.h"
+#include "tests/support/session_text.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -59,6 +64,33 @@ TEST(MemError, FreesAStashOfThePresentModulus)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), low_text);
     expect_empty();
     audit.expect_unchanged("mem_error, modular");
+}
+
+// What is written when nothing is left to be freed.
+std::string end_of_heap()
+{
+    prepare_session_once();
+    return report_of([] { mem_error(); });
+}
+
+constexpr const char *out_text = "\n*** Warning.  You are out of heap space.  Abort this computation.\n";
+
+TEST(MemError, PushesALevelWhenTheStashIsOff)
+{
+    const in_view view(view_float);
+    lookupgcd = 0;
+    const std::string text = end_of_heap();
+    EXPECT_EQ(text.substr(0, std::strlen(out_text)), out_text);
+    EXPECT_NE(text.find("*** New command level.\n"), std::string::npos) << text;
+}
+
+TEST(MemError, LeavesAStashInUseAlone)
+{
+    const in_view view(view_float);
+    fill_stash();
+    polygcd_stack_depth = 1;
+    EXPECT_NE(end_of_heap().find(out_text), std::string::npos);
+    release_gcd_stash();
 }
 
 TEST(ReleaseGcdStash, TakesAnEmptyStash)
