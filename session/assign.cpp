@@ -22,7 +22,6 @@ static void store(input_stream **stream, operand *v, name_node **cursor)
     quolynode *value = nullptr;
     next_token(stream, cursor);
     own(&value);
-    borrow();
     old_expre(stream, &value, cursor);
     if (*cursor) {
         quoly_set(0, &v->n);
@@ -37,7 +36,6 @@ static void store(input_stream **stream, operand *v, name_node **cursor)
         *target = value;
     }
     v->p = &v->n;
-    give_back();
 }
 
 // Read the amount of :+ or :- into *amount; 1 when none stands there.
@@ -65,7 +63,6 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
     quolynode *amount = nullptr;
     next_token(stream, cursor);
     own(&amount);
-    borrow();
     read_amount(stream, &amount, cursor);
     if (minus) quoly_inplace(&amount);
     if (v->at.array_time && v->at.moves != array_moves) refresh_entry(v);
@@ -89,7 +86,6 @@ static void increment(input_stream **stream, operand *v, name_node **cursor)
         store_entry(v, &copy);
         v->p = &v->n;
     }
-    give_back();
     disown();
     free_quoly(&amount);
 }
@@ -115,12 +111,9 @@ int assign_variable(input_stream **stream, quolynode **n, name_node **cursor)
     return 1;
 }
 
-void assign(input_stream **stream, operand *v, name_node **cursor)
+static void assign_operand(input_stream **stream, operand *v, name_node **cursor)
 {
-    if (!*cursor && !tt_flag && line_is_over(*stream)) return;  // in a file ":" ends the statement
-    borrow();
     next_token(stream, cursor);
-    give_back();
     const char form = token.text[0];
     if (form == ';' && !*cursor) {
         set_token(&token, ":");
@@ -133,6 +126,15 @@ void assign(input_stream **stream, operand *v, name_node **cursor)
     } else {
         increment(stream, v, cursor);
     }
+}
+
+void assign(input_stream **stream, operand *v, name_node **cursor)
+{
+    if (!*cursor && !tt_flag && line_is_over(*stream)) return;  // in a file ":" ends the statement
+    borrow();
+    assign_operand(stream, v, cursor);
+    if (doomed_wait) make_private(v);  // a level may have cancelled the variable
+    give_back();
 }
 
 }  // namespace kelmar
