@@ -4,6 +4,7 @@
 # variables; values (name, text or list of terms); work: what a round computes, the last one checked at the
 # point. Where the systems' languages part, "own" has the statements of each; a system in "skip" is left out,
 # with the reason beside it. A "named" one is long and runs only when its name is asked for.
+import itertools
 import random
 
 FLOAT_POINT = ["0.5", "0.25", "1.5", "0.75"]
@@ -92,14 +93,11 @@ def gcd_pair(names, shape, power, side, terms, shared):
 
 def gcd_pairs():
     """2 to 5 variables, dense and sparse, operands of about 10^2, 10^3 and 10^4 terms."""
-    dense_sides = {2: [10, 32, 100], 3: [5, 10, 21], 4: [3, 6, 10], 5: [3, 4, 6]}
-    sparse_sides = {2: [20, 40, 100], 3: [10, 20, 30], 4: [7, 10, 15], 5: [5, 7, 10]}
-    for power in (2, 3, 4):
-        for shared in (True, False):
-            for count, names in enumerate(("xy", "xyz", "xyzt", "xyztu"), 2):
-                for shape, sides in (("dense", dense_sides), ("sparse", sparse_sides)):
-                    yield gcd_pair(names, shape, power, sides[count][power - 2], [10, 32, 100][power - 2],
-                                   shared)
+    sides = {"dense": {2: [10, 32, 100], 3: [5, 10, 21], 4: [3, 6, 10], 5: [3, 4, 6]},
+             "sparse": {2: [20, 40, 100], 3: [10, 20, 30], 4: [7, 10, 15], 5: [5, 7, 10]}}
+    for step, shared, count, shape in itertools.product(range(3), (True, False), range(2, 6), sides):
+        side = sides[shape][count][step]
+        yield gcd_pair("xyztu"[:count], shape, step + 2, side, [10, 32, 100][step], shared)
 
 
 def fraction_sum(count):

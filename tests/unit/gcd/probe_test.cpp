@@ -65,6 +65,27 @@ TEST_F(GcdProbe, BadPrimes)
     EXPECT_EQ(use_modular(a.p, b.p, names.record, prime, 0, &image), 0);
 }
 
+// Products of residues of a prime above 65535 need more than a word.
+TEST_F(GcdProbe, LargePrimes)
+{
+    for (const std::int32_t p : {65521, 65537, 65539, 65563, 2147483629}) {
+        number own = prime[0];
+        own.word = p;
+        image = {-1, -1};
+        ASSERT_EQ(use_modular(a.p, b.p, names.record, &own, 1, &image), 1);
+        EXPECT_EQ(image.degree, 1) << p;
+        ASSERT_EQ(use_modular(a.p, c.p, names.record, &own, 1, &image), 1);
+        EXPECT_EQ(image.degree, 0) << p;
+        poly_operand k(poly_of_text("{1{#77777}, 0{1{#-88888}, 0{1{#99999}, #-1}}}")),
+            l(poly_of_text("{2{#65536}, 1{1{#-65000}}, #-1}")), m(poly_of_text("{1{0{1{#64000}}}, #-60001}")),
+            s, t;
+        poly_mult(k.p, l.p, &s.p, names.first());
+        poly_mult(k.p, m.p, &t.p, names.first());
+        ASSERT_EQ(use_modular(s.p, t.p, names.record, &own, 1, &image), 1);
+        EXPECT_EQ(image.degree, 1) << p;
+    }
+}
+
 TEST_F(GcdProbe, LeavesTheRingAndTheOperandsAlone)
 {
     const std::string a_text = poly_text(a.p), b_text = poly_text(b.p);

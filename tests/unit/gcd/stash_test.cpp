@@ -131,6 +131,21 @@ TEST_F(GcdStash, IsPurgedWhenItIsFull)
     EXPECT_LT(most, 4000u);
 }
 
+// A purge that leaves more than half of the memory, but not two thirds of it, leaves the stash shut.
+TEST_F(GcdStash, IsShutBetweenHalfAndTwoThirds)
+{
+    keep(a.p, b.p);
+    const auto mass = static_cast<std::int64_t>(gcdmass);
+    initial_memory = mass * 5 / 3;
+    purge_gcd_stash(-1);
+    EXPECT_EQ(static_cast<std::int64_t>(gcdmass), mass) << "not above two thirds";
+    EXPECT_FALSE(stash_is_open());
+    pop_gcd_stash();
+    EXPECT_EQ(gcdmass, 0u);
+    lookupgcd = 1;
+    EXPECT_TRUE(stash_is_open());
+}
+
 // While a gcd runs its entry must stay.
 TEST_F(GcdStash, IsNotPurgedWhileAGcdRuns)
 {

@@ -120,6 +120,11 @@ TEST(PQAssign, PadsByTheDepth)
 }
 
 // Points that are numbers in characteristic two, by tables and by Horner's rule.
+TEST(TotEvalPoly2, IsAskedUnlessItIsTurnedOff)
+{
+    EXPECT_EQ(char2_degs1, 1);
+}
+
 TEST(TotEvalPoly2, AgreesWithTheGeneralForm)
 {
     test_random r;
