@@ -13,12 +13,9 @@
 #include "session/plain_run.h"
 #include "session/pset.h"
 #include "session/report.h"
+#include "session/signs.h"
 
 namespace kelmar {
-
-static constexpr char less_equal = '\xB2';
-static constexpr char greater_equal = '\xB3';
-static constexpr char not_equal = '\xAD';
 
 static bool has_word(const char *word)
 {
@@ -30,32 +27,12 @@ static bool has_word(const char *word)
 // The sign in hand, with a second character fused into it; the token behind it is then in hand.
 static char take_sign(input_stream **stream, name_node **cursor)
 {
-    char sign = token.text[0];
+    const char sign = token.text[0];
     scanner(stream, &token, cursor);
-    const char second = token.text[0];
-    if (sign == '<' && second == '=') {
-        sign = less_equal;
-    } else if (sign == '<' && second == '>') {
-        sign = not_equal;
-    } else if (sign == '>' && second == '=') {
-        sign = greater_equal;
-    } else {
-        return sign;
-    }
+    const char both = fused_sign(sign, token.text[0]);
+    if (!both) return sign;
     scanner(stream, &token, cursor);
-    return sign;
-}
-
-template <class T> static int compare_words(T a, T b, char sign)
-{
-    switch (sign) {
-    case '<': return a < b;
-    case '>': return a > b;
-    case '=': return a == b;
-    case less_equal: return a <= b;
-    case greater_equal: return a >= b;
-    default: return a != b;
-    }
+    return both;
 }
 
 static int compare_numbers(const number *a, const number *b, char sign)

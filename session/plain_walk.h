@@ -10,6 +10,7 @@
 #include "session/names.h"
 #include "session/plain_tokens.h"
 #include "session/pset.h"
+#include "session/signs.h"
 #include "session/words.h"
 
 namespace kelmar {
@@ -258,35 +259,15 @@ template <class V, class F> walked<V> walk_sum(const name_node *t, int depth, F 
 
 // Comparisons -----------------------------------------------------------------------------------------------
 
-inline constexpr char less_equal = '\xB2';
-inline constexpr char greater_equal = '\xB3';
-inline constexpr char not_equal = '\xAD';
-
 // *sign = the sign at the token, of one or two tokens. Returns the token behind it.
 inline const name_node *walk_sign(const name_node *t, char *sign)
 {
     *sign = t->text[0];
     t = t->next;
-    const char second = t->text[0];
-    if (second != '=' && second != '>') return t;
-    char both = 0;
-    if (*sign == '<') both = second == '=' ? less_equal : not_equal;
-    if (*sign == '>' && second == '=') both = greater_equal;
+    const char both = fused_sign(*sign, t->text[0]);
     if (!both) return t;
     *sign = both;
     return t->next;
-}
-
-template <class V> inline int compare(V a, V b, char sign)
-{
-    switch (sign) {
-    case '<': return a < b;
-    case '>': return a > b;
-    case '=': return a == b;
-    case less_equal: return a <= b;
-    case greater_equal: return a >= b;
-    default: return a != b;
-    }
 }
 
 inline bool is_end(const name_node *t)
@@ -306,7 +287,7 @@ template <class V, class F> const name_node *walk_comparison(const name_node *t,
     }
     char sign;
     const walked<V> right = walk_sum<V, F>(walk_sign(left.at, &sign), 0, frame);
-    *result = compare(left.v, right.v, sign);
+    *result = compare_words(left.v, right.v, sign);
     return right.at;
 }
 

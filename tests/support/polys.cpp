@@ -4,22 +4,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include "numbers/dispatch.h"
+#include "numbers/fresh_number.h"
 
 namespace kelmar_test {
 
 using namespace kelmar;
 
 // Coefficients -------------------------------------------------------------------------------------------
-
-static number *new_number()
-{
-    number *n = nullptr;
-    newimag(&n);
-    n->size = 0;
-    n->word = 0;
-    n->real = 0;
-    return n;
-}
 
 static std::int32_t small_value(test_random *r, std::int32_t size)
 {
@@ -55,7 +46,7 @@ static void random_chain(test_random *r, std::int32_t digits, number *n)
 
 number *random_coefficient(test_random *r, std::int32_t digits)
 {
-    number *n = new_number();
+    number *n = fresh_number();
     switch (live_view()) {
     case view_float: n->real = small_value(r, 99); break;
     case view_field:
@@ -86,13 +77,13 @@ static void flatten_below(const polynode *p, exponents *exps, std::size_t level,
     for (const polynode *t = p; t; t = t->next) {
         (*exps)[level] = t->exp;
         if (t->isnum) {
-            number *n = new_number();
+            number *n = fresh_number();
             num_assign(t->num, n);
             if (!out->emplace(*exps, n).second) ADD_FAILURE() << "a term stands twice";
         } else if (level + 1 == exps->size() && !(t->coef->isnum && !t->coef->next)) {
             ADD_FAILURE() << "more levels than variables";
         } else if (t->coef->isnum && !t->coef->next) {
-            number *n = new_number();
+            number *n = fresh_number();
             num_assign(t->coef->num, n);
             if (!out->emplace(*exps, n).second) ADD_FAILURE() << "a term stands twice";
         } else {
@@ -167,7 +158,7 @@ polynode *nest(flat_poly *terms)
     }
     polynode *p = nullptr;
     if (terms->empty()) {
-        number *zero = new_number();
+        number *zero = fresh_number();
         setvalue(0, zero);
         p = test_node(0, zero, nullptr);
     } else {
@@ -237,7 +228,7 @@ polynode *reference_product(const polynode *a, const polynode *b, std::int32_t v
         for (auto &t : right) {
             exponents exps = s.first;
             for (std::size_t k = 0; k < exps.size(); ++k) exps[k] += t.first[k];
-            number *n = new_number();
+            number *n = fresh_number();
             num_mul(s.second, t.second, n);
             add_flat(&terms, exps, n);
         }
@@ -311,7 +302,7 @@ static polynode *read_list(const char **text)
         *text = stop;
         polynode *term = nullptr;
         if (**text == '#') {
-            number *n = new_number();
+            number *n = fresh_number();
             const double v = std::strtod(*text + 1, &stop);
             if (live_view() == view_float) {
                 n->real = v;
