@@ -92,6 +92,28 @@ void gcd_on_error()
     tripval = default_tripval;
 }
 
+void save_gcd_counters(gcd_counters *c)
+{
+    *c = {alg_c_count,
+          original_depth,
+          {c_cntcount, a_cntcount, d_cntcount, g_cntcount},
+          {c_cntdepth, a_cntdepth},
+          g_cutoff};
+}
+
+void restore_gcd_counters(const gcd_counters *c)
+{
+    alg_c_count = c->abandoned;
+    original_depth = c->depth;
+    c_cntcount = c->contents[0];
+    a_cntcount = c->contents[1];
+    d_cntcount = c->contents[2];
+    g_cntcount = c->contents[3];
+    c_cntdepth = c->depths[0];
+    a_cntdepth = c->depths[1];
+    g_cutoff = c->cutoff;
+}
+
 void gcd_on_unwind()
 {
     if (lookupgcd > 0) {

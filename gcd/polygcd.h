@@ -67,6 +67,13 @@ void Lpolygcd3(polynode **a, polynode **result, pt *names);
 // gcd_on_unwind: no gcd runs any more; the stash of known ones is freed.
 void clear_gcd_counters();
 void gcd_on_error();
+
+// The counters of the gcd that is under way, while statements of a pushed level have theirs.
+struct gcd_counters {
+    std::int32_t abandoned, depth, contents[4], depths[2], cutoff;
+};
+void save_gcd_counters(gcd_counters *c);
+void restore_gcd_counters(const gcd_counters *c);
 void gcd_on_unwind();
 
 }  // namespace kelmar

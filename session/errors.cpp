@@ -4,6 +4,7 @@
 // either unwind to the restart point or push a command level on top of what failed. It comes back only from a
 // downgraded error and from a pushed level; every caller says what value goes on then.
 #include "session/errors.h"
+#include "gcd/polygcd.h"
 #include "numbers/startup.h"
 #include "poly/ring_change.h"
 #include "session/evaluator.h"
@@ -261,6 +262,7 @@ struct interrupted_state {
     token_rec tok;
     name_node *started, *previous, *scanned;
     saved_ring ring;
+    gcd_counters gcd;
 };
 
 static void save_state(interrupted_state *s)
@@ -285,6 +287,7 @@ static void save_state(interrupted_state *s)
     s->previous = prev_expr;
     s->scanned = currentchar;
     save_ring(&s->ring);
+    save_gcd_counters(&s->gcd);
 }
 
 static void restore_state(const interrupted_state *s)
@@ -309,6 +312,7 @@ static void restore_state(const interrupted_state *s)
     time_to_quit = s->quitting;
     leftover[0] = s->pending;
     restore_ring(&s->ring);
+    restore_gcd_counters(&s->gcd);
 }
 
 // An error in a level, or in a function, with &e on keeps the computation and pushes one more level; not when
