@@ -1,9 +1,10 @@
 // numbers/startup_read.cpp -- words and numbers out of a buffer.
 //
-// The buffer ends in a NUL, which is neither blank nor digit, so the inner loops need no test for the end. A
-// word is gathered in 64 bits and given up as soon as it leaves 32. A chain of digits is built from the head
-// in place and belongs to its number at every moment, so a number that breaks off is released by the number's
-// own rule.
+// The buffer ends in NULs, which are neither blanks nor digits, so the inner loops need no test for the end.
+// The first eight digits of a word are taken at once, since a loop is left by a branch that nothing
+// foretells; a longer word is gathered in 64 bits and given up as soon as it leaves 32. A chain of digits is
+// built from the head in place and belongs to its number at every moment, so a number that breaks off is
+// released by the number's own rule.
 #include "numbers/startup_read.h"
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,21 +12,23 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace kelmar {
 
 static constexpr std::int32_t line_limit = 1023;  // bytes of a line, its end included
+static constexpr std::size_t text_end = 8;        // NULs behind a text
 
 // Opening ------------------------------------------------------------------------------------------------
 
-// Return the bytes of the open plain file, at most data_file_limit, and a NUL behind them; null when that
+// Return the bytes of the open plain file, at most data_file_limit, and NULs behind them; null when that
 // fails.
 static char *read_whole(int descriptor, std::int64_t *size)
 {
     struct stat facts_of;
     if (fstat(descriptor, &facts_of) != 0 || !S_ISREG(facts_of.st_mode)) return nullptr;
     const std::int64_t room = facts_of.st_size < data_file_limit ? facts_of.st_size : data_file_limit;
-    auto *text = static_cast<char *>(std::malloc(static_cast<std::size_t>(room) + 1));
+    auto *text = static_cast<char *>(std::malloc(static_cast<std::size_t>(room) + text_end));
     if (!text) return nullptr;
     *size = 0;
     while (*size < room) {
@@ -33,7 +36,7 @@ static char *read_whole(int descriptor, std::int64_t *size)
         if (got <= 0) break;
         *size += got;
     }
-    text[*size] = '\0';
+    std::memset(text + *size, 0, text_end);
     return text;
 }
 
@@ -77,42 +80,88 @@ static int decline(data_file *file)
     return 0;
 }
 
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "leading_digits wants the first byte lowest");
+
+// Return the number that the digits at p make, at most eight of them, and *count = how many they are.
+static inline std::uint64_t leading_digits(const char *p, unsigned *count)
+{
+    std::uint64_t bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
+    bytes ^= 0x3030303030303030;
+    // The lowest byte that is no digit sets its bit 7; what it carries upward is of no interest.
+    const std::uint64_t others = (bytes | (bytes + 0x7676767676767676)) & 0x8080808080808080;
+    if (others & 0x80) {
+        *count = 0;
+        return 0;
+    }
+    *count = others ? static_cast<unsigned>(__builtin_ctzll(others)) / 8 : 8;
+    bytes <<= 64 - 8 * *count;  // zeros lead
+    bytes = (bytes * 10 + (bytes >> 8)) & 0x00ff00ff00ff00ff;
+    bytes = (bytes * 100 + (bytes >> 16)) & 0x0000ffff0000ffff;
+    return (bytes * 10000 + (bytes >> 32)) & 0xffffffff;
+}
+
+// *v = the word at p, which is to be in low .. high. Return what is behind it. Declines (null): there is no
+// such word.
+static inline const char *take_word(const char *p, std::int32_t low, std::int32_t high, std::int32_t *v)
+{
+    while (is_blank(*p)) ++p;
+    const bool negative = *p == '-';
+    if (negative) ++p;
+    unsigned count;
+    auto word = static_cast<std::int64_t>(leading_digits(p, &count));
+    if (count == 0) return nullptr;
+    p += count;
+    if (count == 8) {
+        for (unsigned d = digit_value(*p); d <= 9; d = digit_value(*++p)) {
+            word = 10 * word + d;
+            if (word > INT32_MAX) return nullptr;
+        }
+    }
+    if (negative) word = -word;
+    if (word < low || word > high) return nullptr;
+    *v = static_cast<std::int32_t>(word);
+    return p;
+}
+
 int read_word(data_file *file, std::int32_t low, std::int32_t high, std::int32_t *v)
 {
     *v = 0;
     if (file->damaged) return 0;
-    const char *p = file->at;
-    while (is_blank(*p)) ++p;
-    const bool negative = *p == '-';
-    if (negative) ++p;
-    unsigned d = digit_value(*p);
-    if (d > 9) return decline(file);
-    std::int64_t word = 0;
-    for (; d <= 9; d = digit_value(*++p)) {
-        word = 10 * word + d;
-        if (word > INT32_MAX) return decline(file);
-    }
-    file->at = p;
-    if (negative) word = -word;
-    if (word < low || word > high) return decline(file);
-    *v = static_cast<std::int32_t>(word);
+    const char *const behind = take_word(file->at, low, high, v);
+    if (!behind) return decline(file);
+    file->at = behind;
     return 1;
+}
+
+// Fill a table of words or codes; with zeros from the word where the read declines. The place in the text is
+// held in a register, since each word has to wait for the end of the one before it.
+template <class T>
+static int take_words(data_file *file, std::int32_t low, std::int32_t high, std::int32_t count, T *table)
+{
+    std::int32_t k = 0;
+    const char *p = file->damaged ? nullptr : file->at;
+    for (; p && k < count; ++k) {
+        std::int32_t v = 0;
+        const char *const behind = take_word(p, low, high, &v);
+        if (!behind) break;
+        table[k] = static_cast<T>(v);
+        p = behind;
+    }
+    if (p) file->at = p;
+    if (k < count) decline(file);
+    for (; k < count; ++k) table[k] = 0;
+    return !file->damaged;
 }
 
 int read_words(data_file *file, std::int32_t low, std::int32_t high, std::int32_t count, std::int32_t *table)
 {
-    for (std::int32_t k = 0; k < count; ++k) read_word(file, low, high, &table[k]);
-    return !file->damaged;
+    return take_words(file, low, high, count, table);
 }
 
 int read_codes(data_file *file, std::int32_t high, std::int32_t count, std::uint16_t *table)
 {
-    for (std::int32_t k = 0; k < count; ++k) {
-        std::int32_t code;
-        read_word(file, 0, high, &code);
-        table[k] = static_cast<std::uint16_t>(code);
-    }
-    return !file->damaged;
+    return take_words(file, 0, high, count, table);
 }
 
 // Numbers ------------------------------------------------------------------------------------------------

@@ -16,7 +16,7 @@ inline constexpr std::int64_t data_file_limit = 1 << 24;  // bytes; the longest 
 inline constexpr std::int32_t digits_limit = 32767;       // digits of the longest number
 
 struct data_file {
-    char *text;      // the whole file and one NUL; null when it was not found
+    char *text;      // the whole file and eight NULs; null when it was not found
     const char *at;  // the first byte not yet read
     const char *end;
     int damaged;  // a read declined: all later ones do

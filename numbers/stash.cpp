@@ -1,8 +1,9 @@
 // numbers/stash.cpp -- carving of blocks, and the ring of open stashes.
 //
-// A block is one heap request: a head of two words, then as many slugs as the nominal sizes give. The slugs
-// are chained upward from slug 0, so that the free chain starts at the top and slugs go out downward. Blocks
-// differ in physical size, so a block from extra_blocks is taken only where it is large enough.
+// A block is one heap request: a head of two words, then as many slugs as the nominal sizes give. Slugs go
+// out from the top downward. They are carved a few at a time, so that what a session does not use is never
+// touched. Blocks differ in physical size, so a block from extra_blocks is taken only where it is large
+// enough.
 #include "numbers/stash.h"
 #include <cstdio>
 #include <cstdlib>
@@ -15,7 +16,8 @@ namespace kelmar {
 static constexpr std::int32_t root_size = sizeof(stash);
 
 stash primal_stash = {
-    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", root_size, root_size, 0, 0, 0};
+    nullptr, nullptr, &primal_stash, &primal_stash, "storage allocator", root_size, root_size, 0,
+    0,       0,       nullptr,       nullptr};
 stash_block *extra_blocks = nullptr;
 
 // A block that more_mem takes fits every stash whose records are at most twice their nominal size.
@@ -71,6 +73,21 @@ int more_mem()
     return 1;
 }
 
+// Put the slugs of the upper `bytes` bytes of what is not carved yet in front of the free chain, the topmost
+// first.
+static void carve(stash *s, std::ptrdiff_t bytes)
+{
+    char *const stop = s->top - s->low > bytes ? s->top - bytes : s->low;
+    void *const behind = s->free;
+    void **link = &s->free;
+    while (s->top > stop) {
+        s->top -= s->stride;
+        *link = s->top;
+        link = reinterpret_cast<void **>(s->top);
+    }
+    *link = behind;
+}
+
 int get_block(stash *s)
 {
     const std::int32_t count = block_data_size / s->slug_size;
@@ -81,13 +98,9 @@ int get_block(stash *s)
         report_exhausted(s);
         return 0;
     }
-    char *slug = reinterpret_cast<char *>(block + 1);
-    void *below = s->free;  // null unless a block is carved in advance
-    for (std::int32_t k = 0; k < count; ++k, slug += s->stride) {
-        *reinterpret_cast<void **>(slug) = below;
-        below = slug;
-    }
-    s->free = below;
+    carve(s, s->top - s->low);  // nothing, unless a block is taken in advance
+    s->low = reinterpret_cast<char *>(block + 1);
+    s->top = s->low + room;
     block->next = s->blocks;
     s->blocks = block;
     ++s->num_blocks;
@@ -121,8 +134,15 @@ void free_slug(stash *s, void *slug)
 
 void *get_slug_slow(stash *s)
 {
+    constexpr std::int32_t carved_piece = 0x1000;  // bytes that are carved at once
     if (!s) return nullptr;
-    while (!s->free && !get_block(s)) mem_error();
+    while (!s->free) {
+        if (s->top > s->low) {
+            carve(s, carved_piece);
+        } else if (!get_block(s)) {
+            mem_error();
+        }
+    }
     return get_slug(s);
 }
 
@@ -149,7 +169,8 @@ stash *open_stash(std::int32_t slug_size, std::size_t record_size, const char *n
     const std::int32_t nominal = slug_size < 4 ? 4 : (slug_size + 3) / 4 * 4;
     const std::int32_t real = static_cast<std::int32_t>(record_size);
     const std::int32_t stride = ((nominal > real ? nominal : real) + 7) / 8 * 8;
-    *s = {nullptr, nullptr, &primal_stash, primal_stash.next, name, nominal, stride, 0, 0, 0};
+    *s = {nullptr, nullptr, &primal_stash, primal_stash.next, name, nominal, stride, 0, 0,
+          0,       nullptr, nullptr};
     primal_stash.next->prev = s;
     primal_stash.next = s;
     return s;

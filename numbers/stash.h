@@ -32,8 +32,9 @@ struct stash {
     std::int32_t slug_size;  // nominal bytes of a slug, a multiple of 4
     std::int32_t stride;     // bytes from one slug to the next
     std::int32_t num_blocks;
-    std::int32_t num_slugs;   // carved, in all blocks
+    std::int32_t num_slugs;   // in all blocks
     std::int32_t slugs_used;  // handed out and not returned through free_slug
+    char *low, *top;          // what is not yet carved of the newest block
 };
 
 extern stash primal_stash;         // the root: its slugs are stash records
@@ -67,7 +68,7 @@ void endof_stash(stash *s);
 // Take one block from the heap onto extra_blocks. Declines (0) when the heap has none.
 int more_mem();
 
-// Carve one block for s. Declines (0) when there is none, after the report.
+// Take one more block for s. Declines (0) when there is none, after the report.
 int get_block(stash *s);
 
 // Write the heading of the stash table; the rows are print_stash_stats, one a stash.
@@ -77,8 +78,8 @@ void print_stash_stats(const stash *s);
 // Return n words of bookkeeping memory that is never released.
 std::int32_t *get_small(std::int32_t n);
 
-// The slow half of get_slug: carves a block first. When the heap has none: the report, mem_error, and again
-// until it has.
+// The slow half of get_slug: carves first, out of a new block if need be. When the heap has none: the report,
+// mem_error, and again until it has.
 void *get_slug_slow(stash *s);
 
 // Free a record that get_slug gave, where every record is a malloc of its own. Elsewhere nothing calls it.

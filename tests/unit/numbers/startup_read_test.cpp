@@ -73,6 +73,23 @@ TEST(ReadWord, TakesBlanksSignsAndTheEndOfTheFile)
     EXPECT_EQ(any_word_in("-2147483647"), "-2147483647");
 }
 
+TEST(ReadWord, TakesWordsOfAnyLengthBesideAnyByte)
+{
+    EXPECT_EQ(any_word_in("1234567"), "1234567");
+    EXPECT_EQ(any_word_in("12345678"), "12345678");
+    EXPECT_EQ(any_word_in("123456789 1"), "123456789");
+    EXPECT_EQ(any_word_in("-1234567890"), "-1234567890");
+    EXPECT_EQ(any_word_in("0000000000000000012 3"), "12");
+    for (int length = 1; length <= 9; ++length) {
+        const std::string digits = std::string("987654321").substr(0, static_cast<std::size_t>(length));
+        for (int c = 0; c < 256; ++c) {
+            if (c >= '0' && c <= '9') continue;
+            const std::string behind = static_cast<char>(c) + std::string("5678\xff\xff");
+            EXPECT_EQ(any_word_in(digits + behind), digits) << length << " " << c;
+        }
+    }
+}
+
 TEST(ReadWord, DeclinesWhatIsNoWord)
 {
     EXPECT_EQ(any_word_in(""), "declined");
