@@ -2,7 +2,8 @@
 //
 // The operands are laid out as flat arrays and multiplied column by column, each column of the result a sum
 // of multiples of the columns of a: the inner loop runs through memory in order, and sums are taken in the
-// order of the definition.
+// order of the definition. Of doubles two columns are made together, out of four columns of a in a pass, in
+// lanes of two or four; no product is fused with a sum, so that every processor gives the same.
 #include "matrix/flat_product.h"
 #include <algorithm>
 #include "matrix/kept_room.h"
@@ -22,24 +23,6 @@ struct double_ring {
     {
         n->real = v == 0 ? 0.0 : v;  // on purpose: no zero has a sign
     }
-    static constexpr std::int32_t together = 4;  // columns of a that one pass adds
-
-    // c += b[0] a + b[1] (a + n) + ..., the sums in this order
-    static void add_multiples(double *c, const double *a, const double *b, std::int32_t n)
-    {
-        typedef double pair __attribute__((vector_size(16), aligned(8), may_alias));
-        const double *const a1 = a + n, *const a2 = a1 + n, *const a3 = a2 + n;
-        std::int32_t i = 0;
-        for (; i + 1 < n; i += 2) {
-            pair sum = *reinterpret_cast<const pair *>(c + i);
-            sum += *reinterpret_cast<const pair *>(a + i) * b[0];
-            sum += *reinterpret_cast<const pair *>(a1 + i) * b[1];
-            sum += *reinterpret_cast<const pair *>(a2 + i) * b[2];
-            sum += *reinterpret_cast<const pair *>(a3 + i) * b[3];
-            *reinterpret_cast<pair *>(c + i) = sum;
-        }
-        for (; i < n; ++i) c[i] = (((c[i] + a[i] * b[0]) + a1[i] * b[1]) + a2[i] * b[2]) + a3[i] * b[3];
-    }
     static void add_multiple(double *c, const double *a, double b, std::int32_t n)
     {
         for (std::int32_t i = 0; i < n; ++i) c[i] += a[i] * b;
@@ -56,10 +39,6 @@ struct residue_ring {
     {
         n->word = static_cast<std::int32_t>(v % static_cast<std::uint32_t>(modulus));
     }
-    static constexpr std::int32_t together = 1;
-    static void add_multiples(std::uint64_t *, const std::uint64_t *, const std::uint64_t *, std::int32_t)
-    {
-    }
     // c stays below the square of the modulus, which is below 2^62
     static void add_multiple(std::uint64_t *c, const std::uint64_t *a, std::uint64_t b, std::int32_t n)
     {
@@ -72,25 +51,109 @@ struct residue_ring {
     }
 };
 
-// Flat arrays --------------------------------------------------------------------------------------------
+// Columns ------------------------------------------------------------------------------------------------
 
-// default empty; the operands, and a column of the result; get_room; reset: never
-static kept_room flat_a, flat_b, flat_c;
+// One column of the result, or two that are neighbours.
+template <class item> struct flat_columns {
+    item *c;        // the first; the other one stands `rows` behind it
+    const item *b;  // its factors; those of the other one stand `inner` behind them
+    std::int32_t rows, inner, count;
+};
 
-// The product of one column, out of flat arrays: c = a b[.., col].
-template <class ring>
-static void flat_column(const typename ring::item *a, const typename ring::item *b, typename ring::item *c,
-                        std::int32_t rows, std::int32_t inner)
+// c += a[0] b[0] + a[1] b[1] + a[2] b[2] + a[3] b[3], the sums in this order, for whole blocks of the columns
+// from place i on; a[k] stands k `rows` behind a. Return where they end.
+template <class lanes, int columns>
+[[gnu::always_inline]] static inline std::int32_t add_blocks(const flat_columns<double> *p, const double *a,
+                                                             const double *b, std::int32_t i)
 {
-    std::fill(c, c + rows, typename ring::item(0));
-    std::int32_t j = 0;
-    for (; ring::together > 1 && j + ring::together <= inner; j += ring::together) {
-        ring::add_multiples(c, a + std::int64_t{j} * rows, b + j, rows);
+    typedef lanes block __attribute__((aligned(8), may_alias));
+    constexpr std::int32_t width = sizeof(lanes) / sizeof(double);
+    const std::int64_t n = p->rows;
+    double *const c0 = p->c, *const c1 = c0 + (columns - 1) * n;
+    const double *const other = b + (columns - 1) * std::int64_t{p->inner};
+    const double b0[4] = {b[0], b[1], b[2], b[3]};  // on purpose: of b a store into c might change them
+    const double b1[4] = {other[0], other[1], other[2], other[3]};
+    for (; i + width <= n; i += width) {
+        const lanes x0 = *reinterpret_cast<const block *>(a + i);
+        const lanes x1 = *reinterpret_cast<const block *>(a + n + i);
+        const lanes x2 = *reinterpret_cast<const block *>(a + 2 * n + i);
+        const lanes x3 = *reinterpret_cast<const block *>(a + 3 * n + i);
+        const lanes sum = *reinterpret_cast<const block *>(c0 + i);
+        *reinterpret_cast<block *>(c0 + i) = (((sum + x0 * b0[0]) + x1 * b0[1]) + x2 * b0[2]) + x3 * b0[3];
+        if (columns == 1) continue;
+        const lanes sum1 = *reinterpret_cast<const block *>(c1 + i);
+        *reinterpret_cast<block *>(c1 + i) = (((sum1 + x0 * b1[0]) + x1 * b1[1]) + x2 * b1[2]) + x3 * b1[3];
     }
-    for (; j < inner; ++j) {
-        if (b[j] != 0) ring::add_multiple(c, a + std::int64_t{j} * rows, b[j], rows);
+    return i;
+}
+
+template <class lanes, int columns>
+[[gnu::always_inline]] static inline void add_fours(const flat_columns<double> *p, const double *a)
+{
+    for (std::int32_t j = 0; j + 4 <= p->inner; j += 4) {
+        const double *const four = a + std::int64_t{j} * p->rows;
+        const std::int32_t i = add_blocks<lanes, columns>(p, four, p->b + j, 0);
+        add_blocks<double, columns>(p, four, p->b + j, i);
     }
 }
+
+typedef double two_lanes __attribute__((vector_size(16)));
+typedef double four_lanes __attribute__((vector_size(32)));
+
+static void add_by_twos(const flat_columns<double> *p, const double *a)
+{
+    if (p->count == 2) {
+        add_fours<two_lanes, 2>(p, a);
+    } else {
+        add_fours<two_lanes, 1>(p, a);
+    }
+}
+
+#ifdef __x86_64__
+[[gnu::target("avx2")]] static void add_by_fours(const flat_columns<double> *p, const double *a)
+{
+    if (p->count == 2) {
+        add_fours<four_lanes, 2>(p, a);
+    } else {
+        add_fours<four_lanes, 1>(p, a);
+    }
+}
+#endif
+
+// Add to the columns what columns of a from j on give, one by one.
+template <class ring>
+static void add_rest(const flat_columns<typename ring::item> *p, const typename ring::item *a, std::int32_t j)
+{
+    for (; j < p->inner; ++j) {
+        for (std::int32_t k = 0; k < p->count; ++k) {
+            const typename ring::item factor = p->b[j + std::int64_t{k} * p->inner];
+            if (factor == 0) continue;
+            ring::add_multiple(p->c + std::int64_t{k} * p->rows, a + std::int64_t{j} * p->rows, factor,
+                               p->rows);
+        }
+    }
+}
+
+static void fill_columns(double_ring, const flat_columns<double> *p, const double *a)
+{
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) {
+        add_by_fours(p, a);
+    } else
+#endif
+        add_by_twos(p, a);
+    add_rest<double_ring>(p, a, p->inner / 4 * 4);
+}
+
+static void fill_columns(residue_ring, const flat_columns<std::uint64_t> *p, const std::uint64_t *a)
+{
+    add_rest<residue_ring>(p, a, 0);
+}
+
+// Flat arrays --------------------------------------------------------------------------------------------
+
+// default empty; the operands, and two columns of the result; get_room; reset: never
+static kept_room flat_a, flat_b, flat_c;
 
 template <class ring> static bool flatten(kept_room *room, quolynode *const *table, std::int64_t count)
 {
@@ -108,16 +171,18 @@ static bool product_in(quolynode *const *a, quolynode *const *b, quolynode **out
     typedef typename ring::item item;
     if (!flatten<ring>(&flat_a, a, std::int64_t{rows} * inner)) return false;
     if (!flatten<ring>(&flat_b, b, std::int64_t{inner} * cols)) return false;
-    auto *c = static_cast<item *>(get_room(&flat_c, static_cast<std::size_t>(rows) * sizeof(item)));
+    const std::size_t two_columns = 2 * static_cast<std::size_t>(rows) * sizeof(item);
+    auto *c = static_cast<item *>(get_room(&flat_c, two_columns));
     if (!c) return false;
-    for (std::int32_t col = 0; col < cols; ++col) {
-        flat_column<ring>(static_cast<const item *>(flat_a.start),
-                          static_cast<const item *>(flat_b.start) + std::int64_t{col} * inner, c, rows,
-                          inner);
-        for (std::int32_t row = 0; row < rows; ++row) {
+    flat_columns<item> at = {c, static_cast<const item *>(flat_b.start), rows, inner, 2};
+    for (std::int32_t col = 0; col < cols; col += at.count, at.b += 2 * std::int64_t{inner}) {
+        if (cols - col < 2) at.count = 1;
+        std::fill(c, c + std::int64_t{rows} * at.count, item(0));
+        fill_columns(ring{}, &at, static_cast<const item *>(flat_a.start));
+        for (std::int64_t k = 0; k < std::int64_t{rows} * at.count; ++k) {
             quolynode *q = nullptr;
             quoly_set(0, &q);
-            ring::store(q->num, c[row]);
+            ring::store(q->num, c[k]);
             out[(*filled)++] = q;
         }
     }

@@ -1,9 +1,10 @@
 #pragma once
 // matrix/pins.h -- values that must stay while an interrupted computation waits below.
 //
-// An interrupt is answered in the middle of an operation, whose operands stand in storage. While the level
-// that it pushed runs, what statements replace or delete is set aside. The operation goes on with it when the
-// level is left, so it is freed at the next statement of the lowest level, when nothing is under way.
+// An interrupt is answered in the middle of an operation, whose operands stand in storage; so is a heap that
+// is used up, and an internal fault. While the level that it pushed runs, what statements replace or delete
+// is set aside. The operation goes on with it when the level is left, so it is freed at the next statement of
+// the lowest level, or when all is given up: nothing is under way then.
 
 #include "quoly/quoly.h"
 
@@ -12,7 +13,7 @@ namespace kelmar {
 struct colm;
 struct sparse_frame;
 
-// default 0; interrupted computations that wait; answer_interrupt; reset: unwind
+// default 0; interrupted computations that wait; push_level_here; reset: unwind
 inline std::int32_t values_pinned = 0;
 
 // Set aside what was freed meanwhile.

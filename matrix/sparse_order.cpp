@@ -2,8 +2,12 @@
 //
 // A transpose visits the source rows from the last to the first, and pushes each node on the front of the
 // list of its column: so every list rises with no sorting. The frames of the target stand in a table, because
-// a column number leads straight to its frame.
+// a column number leads straight to its frame. In a large matrix each step of that waits for memory, and
+// leaves lists that do so again: there the contents of the nodes are sorted instead, and put back into the
+// nodes in the order in which these were met.
 #include "matrix/sparse_order.h"
+#include <cstdlib>
+#include <type_traits>
 #include <utility>
 #include "numbers/heap.h"
 #include "matrix/sparse_ops.h"
@@ -57,13 +61,102 @@ void flip_sparse(const sparse_frame *from, sparse_frame **to, std::int32_t rows,
     }
 }
 
-void trans_sparse(sparse_frame **frames, std::int32_t rows, std::int32_t cols)
+static constexpr std::int64_t sorted_from = 1 << 12;  // entries; fewer nodes are all in the caches
+
+// What a node holds, and the node.
+struct node_content {
+    std::int32_t row, col;
+    std::intptr_t word;
+    colm *node;
+};
+static_assert(std::is_trivial_v<node_content>);
+
+struct content_list {
+    node_content *at;
+    std::int64_t count, room;
+};
+
+static bool widen(content_list *l)
 {
-    sparse_frame *flipped = nullptr;
-    sparse_init(&flipped, cols);
-    flipped->frame_mode = (*frames)->frame_mode;
-    index_frames(&source_table, *frames);
-    index_frames(&target_table, flipped);
+    const std::int64_t room = l->room ? 2 * l->room : 4 * sorted_from;
+    void *const at = std::realloc(l->at, static_cast<std::size_t>(room) * sizeof(node_content));
+    if (!at) return false;
+    l->at = static_cast<node_content *>(at);
+    l->room = room;
+    return true;
+}
+
+static bool gather_contents(sparse_frame *frames, std::int32_t rows, content_list *l)
+{
+    row_walk w = {frames, 0, rows};
+    while (colm **head = next_row(&w)) {
+        for (colm *node = *head; node; node = node->next) {
+            if (l->count == l->room && !widen(l)) return false;
+            l->at[l->count++] = {w.row, node->coord, node->word, node};
+        }
+    }
+    return true;
+}
+
+// Link the nodes of the list, in its order, to rows in `to`: its entries by column, which begin at
+// starts[col].
+static void refill(const content_list *l, sparse_frame *to, std::int32_t cols, std::int64_t *starts,
+                   node_content *sorted)
+{
+    for (std::int64_t k = 0; k < l->count; ++k) sorted[starts[l->at[k].col]++] = l->at[k];
+    std::int64_t k = 0;
+    row_walk w = {to, 0, cols};
+    while (colm **tail = next_row(&w)) {
+        for (; k < starts[w.row]; ++k) {  // by now where the column ends
+            colm *const node = l->at[k].node;
+            node->coord = sorted[k].row;
+            node->word = sorted[k].word;
+            *tail = node;
+            tail = &node->next;
+        }
+        *tail = nullptr;
+    }
+}
+
+// Fill the empty frames `to` with the transpose, out of the nodes of `from`, whose heads are void then.
+// Declines (0): memory is short; nothing is changed.
+static int transpose_by_sorting(sparse_frame *from, sparse_frame *to, std::int32_t rows, std::int32_t cols)
+{
+    content_list l = {nullptr, 0, 0};
+    const bool gathered = gather_contents(from, rows, &l);
+    auto *starts = static_cast<std::int64_t *>(
+        std::calloc(static_cast<std::size_t>(cols) + 2, sizeof(std::int64_t)));
+    auto *sorted = static_cast<node_content *>(
+        std::malloc(static_cast<std::size_t>(l.count) * sizeof(node_content)));
+    const bool ready = gathered && starts && sorted;
+    if (ready) {
+        for (std::int64_t k = 0; k < l.count; ++k) ++starts[l.at[k].col + 1];
+        for (std::int64_t col = 1; col <= cols; ++col) starts[col + 1] += starts[col];
+        refill(&l, to, cols, starts, sorted);
+    }
+    std::free(sorted);
+    std::free(starts);
+    std::free(l.at);
+    return ready;
+}
+
+// The number of entries, up to `limit`.
+static std::int64_t count_entries(sparse_frame *frames, std::int32_t rows, std::int64_t limit)
+{
+    std::int64_t count = 0;
+    row_walk w = {frames, 0, rows};
+    while (colm **head = next_row(&w)) {
+        for (const colm *node = *head; node; node = node->next) ++count;
+        if (count > limit) break;
+    }
+    return count;
+}
+
+// transpose_by_sorting by pushes, one node at a time.
+static void transpose_by_pushes(sparse_frame *from, sparse_frame *to, std::int32_t rows)
+{
+    index_frames(&source_table, from);
+    index_frames(&target_table, to);
     for (std::int32_t row = rows; row >= 1; --row) {
         for (colm *node = *indexed_head(&source_table, row); node;) {
             colm *next = node->next;
@@ -73,7 +166,20 @@ void trans_sparse(sparse_frame **frames, std::int32_t rows, std::int32_t cols)
             *head = node;
             node = next;
         }
-        if ((row - 1) % frame_rows == 0) give_frame(source_table.frame[(row - 1) / frame_rows]);
+    }
+}
+
+void trans_sparse(sparse_frame **frames, std::int32_t rows, std::int32_t cols)
+{
+    sparse_frame *flipped = nullptr;
+    sparse_init(&flipped, cols);
+    flipped->frame_mode = (*frames)->frame_mode;
+    const bool large = count_entries(*frames, rows, sorted_from) > sorted_from;
+    if (!large || !transpose_by_sorting(*frames, flipped, rows, cols))
+        transpose_by_pushes(*frames, flipped, rows);
+    while (sparse_frame *frame = *frames) {
+        *frames = frame->frame_next;
+        give_frame(frame);
     }
     *frames = flipped;
 }

@@ -1,12 +1,14 @@
 // matrix/sparse_product.cpp -- products in which an operand is sparse.
 //
-// A product of two sparse matrices collects one row of the result at a time, by column, in an array of sums.
-// Where the columns are too many for that, or the array is in use by a product that waits, the entries of a
-// row are merged with the rows of the transpose.
+// Plain words and doubles go by flat arrays (matrix/flat_sparse.h). Else a product of two sparse matrices
+// collects one row of the result at a time, by column, in an array of sums. Where the columns are too many
+// for that, or the array is in use by a product that waits, the entries of a row are merged with the rows of
+// the transpose.
 #include "matrix/sparse_product.h"
 #include <algorithm>
 #include <cstdlib>
 #include "matrix/entry_product.h"
+#include "matrix/flat_sparse.h"
 #include "matrix/kept_room.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_order.h"
@@ -118,6 +120,7 @@ static void counted_product(const sparse_frame *a, const sparse_frame *b, sparse
 void mult_sparses(const sparse_frame *a, const sparse_frame *b, sparse_frame *out, std::int32_t rows,
                   std::int32_t inner, std::int32_t cols)
 {
+    if (cols <= most_counted && flat_sparse_product(a, b, out, rows, inner, cols)) return;
     if (cols <= most_counted && !sums.busy && get_sums(cols)) {
         counted_product(a, b, out, rows, inner);
     } else {

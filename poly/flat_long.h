@@ -52,36 +52,78 @@ template <int W> long_coef<W> load_coef(long_integers<W>, const number *n)
     return c;
 }
 
-// p[0 .. 2 W) = c d.
+// p[0 .. 2 W) = c d, by rows.
 template <int W>
 inline void multiply_magnitudes(const long_coef<W> &c, const long_coef<W> &d, std::uint64_t *p)
 {
-    const int c_words = W <= unrolled_words ? W : c.words, d_words = W <= unrolled_words ? W : d.words;
     for (int k = 0; k < 2 * W; ++k) p[k] = 0;
-    for (int i = 0; i < c_words; ++i) {
+    for (int i = 0; i < W; ++i) {
         std::uint64_t carry = 0;
-        for (int j = 0; j < d_words; ++j) {
+        for (int j = 0; j < W; ++j) {
             const double_limb t = static_cast<double_limb>(c.w[i]) * d.w[j] + p[i + j] + carry;
             p[i + j] = static_cast<std::uint64_t>(t);
             carry = static_cast<std::uint64_t>(t >> 64);
         }
-        p[i + d_words] = carry;
+        p[i + W] = carry;
     }
+}
+
+// *s += p[0 .. words), or -= with `minus` all ones.
+template <int W> inline void add_words(long_sum<W> *s, const std::uint64_t *p, int words, std::uint64_t minus)
+{
+    std::uint64_t carry = minus & 1;
+    for (int k = 0; k < words; ++k) {
+        const double_limb t = static_cast<double_limb>(s->w[k]) + (p[k] ^ minus) + carry;
+        s->w[k] = static_cast<std::uint64_t>(t);
+        carry = static_cast<std::uint64_t>(t >> 64);
+    }
+    for (int k = words; k < 2 * W + 1 && carry + minus != 0; ++k) {  // a carry of 1 undoes the ones above
+        const double_limb t = static_cast<double_limb>(s->w[k]) + minus + carry;
+        s->w[k] = static_cast<std::uint64_t>(t);
+        carry = static_cast<std::uint64_t>(t >> 64);
+    }
+}
+
+// Three words that sum up the products of a column.
+struct column_sum {
+    double_limb low;
+    std::uint64_t high;
+};
+
+inline void add_to_column(column_sum *s, std::uint64_t x, std::uint64_t y)
+{
+    s->high += __builtin_add_overflow(s->low, static_cast<double_limb>(x) * y, &s->low);
+}
+
+// p[0 .. c.words + d.words) = c d, by columns: nothing is stored but the result. Return the number of words.
+template <int W>
+inline int multiply_by_columns(const long_coef<W> &c, const long_coef<W> &d, std::uint64_t *p)
+{
+    const int words = c.words + d.words;
+    column_sum s = {0, 0};
+    for (int k = 0; k < words - 1; ++k) {
+        const int from = k < d.words ? 0 : k - d.words + 1, to = k < c.words ? k : c.words - 1;
+        for (int i = from; i <= to; ++i) add_to_column(&s, c.w[i], d.w[k - i]);
+        p[k] = static_cast<std::uint64_t>(s.low);
+        s.low = s.low >> 64 | static_cast<double_limb>(s.high) << 64;
+        s.high = 0;
+    }
+    p[words - 1] = static_cast<std::uint64_t>(s.low);
+    return words;
 }
 
 template <int W>
 inline void add_product(long_integers<W>, long_sum<W> *s, const long_coef<W> &c, const long_coef<W> &d)
 {
     std::uint64_t p[2 * W];
-    multiply_magnitudes(c, d, p);
     const std::uint64_t minus = c.sign == d.sign ? 0 : ~std::uint64_t{0};
-    std::uint64_t carry = minus & 1;
-    for (int k = 0; k < 2 * W; ++k) {
-        const double_limb t = static_cast<double_limb>(s->w[k]) + (p[k] ^ minus) + carry;
-        s->w[k] = static_cast<std::uint64_t>(t);
-        carry = static_cast<std::uint64_t>(t >> 64);
+    if (W <= unrolled_words) {
+        multiply_magnitudes(c, d, p);
+        add_words(s, p, 2 * W, minus);
+    } else {
+        const int words = multiply_by_columns(c, d, p);
+        add_words(s, p, words, minus);
     }
-    s->w[2 * W] += minus + carry;
 }
 
 template <int W> inline void add_sum(long_integers<W>, long_sum<W> *s, const long_sum<W> &t)

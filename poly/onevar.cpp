@@ -60,10 +60,22 @@ static std::int64_t scratch_length = 0;
 
 enum word_ring_kind { ring_small, ring_wide, ring_field };  // products below 2^32; below 2^62; by tables
 
+// default 0; (2^64 - 1) / modulus; live_ring, at the begin of each product; reset: never
+static std::uint64_t reciprocal = 0;
+
 static word_ring_kind live_ring()
 {
+    reciprocal = ~std::uint64_t{0} / static_cast<std::uint64_t>(modulus);
     if (finf) return ring_field;
     return smallmodulus ? ring_small : ring_wide;
+}
+
+// v modulo m, the modulus: the product with the reciprocal gives the quotient, or one less.
+static inline std::uint64_t reduced(std::uint64_t v, std::uint64_t m)
+{
+    const auto quotient = static_cast<std::uint64_t>(static_cast<unsigned __int128>(v) * reciprocal >> 64);
+    const std::uint64_t r = v - quotient * m;
+    return r >= m ? r - m : r;
 }
 
 template <word_ring_kind K> static inline word sum_of(word a, word b)
@@ -100,8 +112,8 @@ template <word_ring_kind K> static word inner_product(const word *x, const word 
             low += p;
         }
     }
-    if (K == ring_wide) low = low % m + ((high % m << 32) % m);
-    return static_cast<word>(low % m);
+    if (K == ring_wide) low = reduced(low, m) + reduced(reduced(high, m) << 32, m);
+    return static_cast<word>(reduced(low, m));
 }
 
 // Products of lengths ---------------------------------------------------------------------------------------

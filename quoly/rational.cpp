@@ -3,7 +3,8 @@
 // Two routines do all the work: one sum, and one product of two fractions in which each numerator is first
 // cancelled against the other denominator. A quotient is that product with the second fraction upside down,
 // a whole number is a fraction without denominator, and so no operand is ever turned over or copied. Both
-// have a form in registers, for values below 2^56, where the results take at most 113 bits.
+// have a form in registers, for values below 2^56, where the results take at most 113 bits, and one for a
+// long operand and a single digit, whose gcd takes one walk.
 #include "quoly/rational.h"
 #include "numbers/compare.h"
 #include "numbers/fresh_number.h"
@@ -117,9 +118,10 @@ static std::int64_t word_gcd(std::int64_t x, std::int64_t y)
     a >>= __builtin_ctzll(a);
     b >>= __builtin_ctzll(b);
     while (a != b) {
-        const std::uint64_t difference = a > b ? a - b : b - a;
+        const std::uint64_t difference = a - b;
+        const int zeros = __builtin_ctzll(difference);  // the same of either sign, so that it need not wait
         b = a < b ? a : b;
-        a = difference >> __builtin_ctzll(difference);
+        a = (a < difference ? 0 - difference : difference) >> zeros;
     }
     return static_cast<std::int64_t>(a << shift);
 }
@@ -181,6 +183,81 @@ static void cross_sum(const number *n1, const number *e2, const number *n2, cons
     special_free(&product);
 }
 
+// A digit that is a number.
+struct digit_number {
+    numnode node;
+    number value;
+};
+
+static const number *as_number(std::int32_t digit, digit_number *n)
+{
+    n->node = {digit, nullptr};
+    n->value.head = n->value.tail = &n->node;
+    n->value.size = 1;
+    return &n->value;
+}
+
+// |n| modulo d, a digit above 0. Two digits of n are taken at a time, and the product with the reciprocal of
+// d gives the quotient, or one less.
+static std::int32_t digit_residue(const number *n, std::int32_t d)
+{
+    const std::uint64_t m = static_cast<std::uint64_t>(d), reciprocal = ~std::uint64_t{0} / m;
+    const std::uint64_t two_56 = (std::uint64_t{1} << 56) % m;
+    const auto part = [](const numnode *node) { return static_cast<std::uint64_t>(magnitude(node->digit)); };
+    const numnode *node = n->head;
+    std::uint64_t rest = 0;
+    if (n->size % 2) {
+        rest = part(node) % m;
+        node = node->next;
+    }
+    for (; node; node = node->next->next) {
+        const std::uint64_t v = rest * two_56 + (part(node) << digit_bits | part(node->next));
+        rest = v - static_cast<std::uint64_t>(static_cast<unsigned __int128>(v) * reciprocal >> 64) * m;
+        if (rest >= m) rest -= m;
+    }
+    return static_cast<std::int32_t>(rest);
+}
+
+// *q = n / d without rest, for a digit d above 0. q may be n.
+static void divide_by_digit(const number *n, std::int32_t d, number *q)
+{
+    digit_number divisor;
+    number rest;
+    rest.size = 0;
+    divide(n, as_number(d, &divisor), q, &rest);
+    special_free(&rest);
+}
+
+// *c = a * sign_a + b * sign_b, both in lowest terms, where b has single digits.
+static void add_short(const quolynode *a, std::int32_t sign_a, const quolynode *b, std::int32_t sign_b,
+                      quolynode **c)
+{
+    const std::int32_t d = b->den->num->head->digit;
+    const std::int32_t g = smallgcd(digit_residue(a->den->num, d), d);
+    number e1, top, term, den;
+    numnode *cut = nullptr;
+    e1.size = top.size = term.size = den.size = 0;
+    const number *cofactor = a->den->num;
+    if (g != 1) {
+        divide_by_digit(a->den->num, g, &e1);
+        cofactor = &e1;
+    }
+    simp_mult(a->top->num, &top, sign_a * (d / g), &cut);
+    simp_mult(cofactor, &term, sign_b * b->top->num->head->digit, &cut);
+    fastsum(&top, &term);
+    special_free(&term);
+    const std::int32_t h = g == 1 ? 1 : smallgcd(digit_residue(&top, g), g);
+    if (h != 1) divide_by_digit(&top, h, &top);
+    simp_mult(cofactor, &den, g / h * (d / g), &cut);
+    special_free(&e1);
+    put_chains(&top, &den, c);
+}
+
+static bool has_single_digits(const quolynode *q)
+{
+    return q->top->num->size == 1 && q->den->num->size == 1;
+}
+
 // *c = a + b or a - b for chains of any size.
 static void add_chains(const quolynode *a, const quolynode *b, quolynode **c, int add)
 {
@@ -203,10 +280,25 @@ static void add_chains(const quolynode *a, const quolynode *b, quolynode **c, in
     put_chains(&top, &den, c);
 }
 
+// x1, y1 = x, y without their gcd, for a y of one digit, not 0.
+static void cancel_by_digit(const number *x, const number *y, number *x1, number *y1)
+{
+    const std::int32_t d = y->head->digit, m = d < 0 ? -d : d;
+    const std::int32_t g = smallgcd(digit_residue(x, m), m);
+    if (g == 1) {
+        spec_num_assign(x, x1);
+    } else {
+        divide_by_digit(x, g, x1);
+    }
+    special_set(d / g, y1);
+}
+
 // x1, y1 = x, y without their gcd, for x, y that may be null for 1.
 static void cancel_chains(const number *x, const number *y, number *x1, number *y1)
 {
     x1->size = y1->size = 0;
+    if (x && y && y->size == 1) return cancel_by_digit(x, y, x1, y1);
+    if (x && y && x->size == 1) return cancel_by_digit(y, x, y1, x1);
     if (x && y) {
         number g;
         int coprime;
@@ -257,7 +349,13 @@ void add_rats(const quolynode *a, const quolynode *b, quolynode **c, int add)
     std::int64_t n1, d1, n2, d2;
     if (!get_word(a->top->num, &n1) || !get_word(a->den->num, &d1) || !get_word(b->top->num, &n2) ||
         !get_word(b->den->num, &d2)) {
-        add_chains(a, b, c, add);
+        if (has_single_digits(b)) {
+            add_short(a, 1, b, add ? 1 : -1, c);
+        } else if (has_single_digits(a)) {
+            add_short(b, add ? 1 : -1, a, 1, c);
+        } else {
+            add_chains(a, b, c, add);
+        }
         return;
     }
     if (!add) n2 = -n2;

@@ -53,7 +53,7 @@ static void bm_display(benchmark::State &state)
     for (auto _ : state) {
         text_place t;
         std::rewind(out);
-        open_text(&t, out, 0, 0);
+        begin_text(&t, out, 0, 0);
         poly_display(&t, p, polynames, 0, 1);
         std::fflush(out);
         bytes = std::ftell(out);

@@ -181,6 +181,29 @@ static void float_dense(benchmark::State &state)
 }
 BENCHMARK(float_dense)->Arg(20)->Arg(200)->Arg(2000)->Arg(20000)->Unit(benchmark::kMicrosecond);
 
+static void make_fractions(polynode *p)
+{
+    for (; p; p = p->next) {
+        if (p->isnum) {
+            p->num->real /= 7;
+        } else {
+            make_fractions(p->coef);
+        }
+    }
+}
+
+// The same with coefficients that are no whole numbers; few of the checksum's digits are theirs.
+static void float_dense_any(benchmark::State &state)
+{
+    use_floats();
+    const std::int32_t n = static_cast<std::int32_t>(state.range(0)) + 1;
+    polynode *a = list_of_steps(n, 1, 1), *b = list_of_steps(n, 1, 2);
+    make_fractions(a);
+    make_fractions(b);
+    time_product(state, a, b);
+}
+BENCHMARK(float_dense_any)->Arg(20)->Arg(200)->Arg(2000)->Arg(20000)->Unit(benchmark::kMicrosecond);
+
 // n by n terms, few of which meet.
 static void float_sparse(benchmark::State &state)
 {

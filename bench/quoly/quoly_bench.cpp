@@ -192,6 +192,42 @@ static void harmonic_by_gmp(benchmark::State &state)
     mpq_clear(term);
 }
 
+// The product of 4 k^2 / (4 k^2 - 1) for k = 1 .. n in place.
+static void running_product(benchmark::State &state)
+{
+    use_digits();
+    std::uint32_t sum = 0;
+    for (auto _ : state) {
+        quolynode *p = nullptr, *factor = nullptr, *den = nullptr;
+        quoly_set(1, &p);
+        for (std::int32_t k = 1; k <= state.range(0); ++k) {
+            quoly_set(4 * k * k, &factor);
+            quoly_set(4 * k * k - 1, &den);
+            fast_quoly_quot(&factor, den, 0);
+            fast_quoly_mult(&p, factor);
+        }
+        sum = low_word(p);
+        for (quolynode **q : {&p, &factor, &den}) free_quoly(q);
+    }
+    label(state, sum);
+}
+
+static void running_product_by_gmp(benchmark::State &state)
+{
+    mpq_t p, factor;
+    mpq_init(p);
+    mpq_init(factor);
+    for (auto _ : state) {
+        mpq_set_ui(p, 1, 1);
+        for (unsigned long k = 1; k <= static_cast<unsigned long>(state.range(0)); ++k) {
+            mpq_set_ui(factor, 4 * k * k, 4 * k * k - 1);
+            mpq_mul(p, p, factor);
+        }
+    }
+    mpq_clear(p);
+    mpq_clear(factor);
+}
+
 // Fractions -------------------------------------------------------------------------------------------------
 
 constexpr int variables = 3;
@@ -381,6 +417,8 @@ BENCHMARK(rationals)->Apply(rational_arguments);
 BENCHMARK(rationals_by_gmp)->Apply(rational_arguments);
 BENCHMARK(harmonic)->Arg(100)->Arg(1000);
 BENCHMARK(harmonic_by_gmp)->Arg(100)->Arg(1000);
+BENCHMARK(running_product)->Arg(100)->Arg(1000);
+BENCHMARK(running_product_by_gmp)->Arg(100)->Arg(1000);
 BENCHMARK(exact_fractions)->Arg(20)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 #if HAS_FLINT
 BENCHMARK(exact_fractions_by_flint)->Arg(20)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);

@@ -433,6 +433,31 @@ TEST(Array, GapsSmallerThanWhatIsInUseStay)
     EXPECT_TRUE(store_is_sound());
 }
 
+TEST(Array, RemovingTheOldestOfThreeLowersTheOthersWithTheirValues)
+{
+    no_arrays clean;
+    array *oldest = made("a", 200000, 1), *b = made("b", 2, 2), *c = made("c", 3, 1);
+    put(b, 1, 1, 5);
+    put(c, 2, 0, 6);
+    EXPECT_EQ(b->arr_first, 200000u);
+    EXPECT_EQ(removearray(oldest), 1);
+    EXPECT_EQ(b->arr_first, 0u);
+    EXPECT_EQ(b->arr_last, 3);
+    EXPECT_EQ(c->arr_first, 4u);
+    EXPECT_EQ(c->arr_last, 6);
+    EXPECT_EQ(got(b, 1, 1), 5);
+    EXPECT_EQ(got(c, 2, 0), 6);
+    EXPECT_TRUE(store_is_sound());
+}
+
+TEST(Array, TheRecordOfARemovedArrayIsTakenAgain)
+{
+    no_arrays clean;
+    array *first = made("a", 2, 2);
+    EXPECT_EQ(removearray(first), 1);
+    EXPECT_EQ(made("b", 3, 3), first);
+}
+
 TEST(Array, ParametersMoveWhenGapsAreClosed)
 {
     no_arrays clean;

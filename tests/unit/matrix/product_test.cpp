@@ -243,6 +243,28 @@ TEST(Product, NotANumberIsNotSkippedAwayByZeros)
     EXPECT_GT(out.entry[0]->num->real, 1e308);
 }
 
+TEST(Product, InfiniteEntriesOfSparseMatrices)
+{
+    in_view live(view_float);
+    table a(2, 2), b(2, 2);
+    for (std::size_t k = 0; k < 4; ++k) {
+        quoly_set(static_cast<std::int32_t>(k) + 1, &a.entry[k]);
+        quoly_set(3 - static_cast<std::int32_t>(k), &b.entry[k]);  // one is 0: it has no node
+    }
+    a.entry[0]->num->real = 1e308 * 10;
+    b.entry[1]->num->real = -1e308 * 10;
+    sparse_frame *left = sparse_of(&a), *right = sparse_of(&b), *sums = nullptr, *merged = nullptr;
+    sparse_init(&sums, 2);
+    sparse_init(&merged, 2);
+    mult_sparses(left, right, sums, 2, 2, 2);
+    mult_by_rows(left, right, merged, 2, 2, 2);
+    for (std::int32_t i = 1; i <= 2; ++i) {
+        for (std::int32_t k = 1; k <= 2; ++k)
+            EXPECT_EQ(text(spar_retrieve(sums, i, k)), text(spar_retrieve(merged, i, k)));
+    }
+    for (sparse_frame **frames : {&left, &right, &sums, &merged}) free_sparse(frames, 2, 1);
+}
+
 TEST(Product, EntriesThatCancelMakeNoNode)
 {
     in_view live(view_float);

@@ -5,13 +5,16 @@
 #include <string>
 #include <vector>
 #include "matrix/array_rings.h"
+#include "matrix/limits.h"
 #include "matrix/pins.h"
 #include "matrix/sparse_ops.h"
 #include "matrix/sparse_order.h"
 #include "matrix/sparse_tests.h"
 #include "numbers/word_mod.h"
 #include "poly/measure.h"
+#include "quoly/mass.h"
 #include "quoly/ring_change.h"
+#include "storage/mass.h"
 #include "tests/support/by_build.h"
 #include "tests/support/quolys.h"
 #include "tests/support/reports.h"
@@ -111,6 +114,16 @@ TEST(Sparse, TheLastRowOfAFrameAndTheFirstOfTheNext)
     EXPECT_TRUE(sparse_is_sound(s.frames, 2049, 3));
     sparse_operand one(2048, 3);
     EXPECT_EQ(one.frames->frame_next, nullptr);
+}
+
+TEST(Sparse, AFrameThatWasGivenBackIsTakenAgain)
+{
+    sparse_frame *first = nullptr, *second = nullptr;
+    newsparse(&first);
+    give_frame(first);
+    newsparse(&second);
+    EXPECT_EQ(second, first);
+    give_frame(second);
 }
 
 TEST(Sparse, AnAbsentEntryReadsAsZero)
@@ -377,6 +390,28 @@ TEST(Sparse, TransposesAndViews)
     }
 }
 
+// Large matrices are sorted: on both sides of the limit, with empty rows and columns, one of them long.
+TEST(Sparse, LargeTransposes)
+{
+    sparse_audit audit;
+    test_random r;
+    SCOPED_TRACE("seed " + std::to_string(r.seed));
+    const std::int32_t shapes[][3] = {{100, 90, 6000},   {90, 100, 12000},  {3000, 5000, 9000},
+                                      {1, 20000, 12000}, {20000, 1, 12000}, {5000, 4500, 4200}};
+    for (const auto &shape : shapes) {
+        sparse_operand a(shape[0], shape[1]);
+        const model ma = fill(&r, &a, shape[2]);
+        model flipped;
+        for (const auto &[p, v] : ma) flipped[{p.second, p.first}] = v;
+        for (int turn = 0; turn < 4; ++turn) {
+            trans_sparse(&a.frames, a.rows, a.cols);
+            std::swap(a.rows, a.cols);
+            ASSERT_TRUE(sparse_is_sound(a.frames, a.rows, a.cols));
+            ASSERT_EQ(read(a.frames, a.rows), turn % 2 ? ma : flipped);
+        }
+    }
+}
+
 TEST(Sparse, RowsAndColumnsChangePlaces)
 {
     sparse_audit audit;
@@ -560,6 +595,105 @@ TEST(Sparse, QuestionsAboutEntries)
     EXPECT_EQ(sparse_negexponents(s.frames, 3), 0);
 }
 
+TEST(Sparse, NegativeExponentsInMatricesAndInTables)
+{
+    sparse_audit audit;
+    sparse_operand s(3, 3);
+    quolynode *table[] = {nullptr, nullptr, nullptr};
+    quoly_set(5, &table[1]);
+    EXPECT_EQ(negexponents(table, 3), 0);
+    value_operand below("{1{#1}, -1{#2}}"), deep("{1{-2{#1}, #4}, #1}"), above("{2{#1}, #1}");
+    quoly_assign(above.q, &table[2]);
+    quoly_assign(above.q, sparse_zero_set(head_of_row(s.frames, 2), 3));
+    EXPECT_EQ(negexponents(table, 3), 0);
+    EXPECT_EQ(sparse_negexponents(s.frames, 3), 0);
+    for (const value_operand *q : {&below, &deep}) {
+        quoly_assign(q->q, &table[2]);
+        EXPECT_EQ(negexponents(table, 3), 1);
+        EXPECT_EQ(negexponents(table, 2), 0);
+        quoly_assign(q->q, &(*head_of_row(s.frames, 2))->val);
+        EXPECT_EQ(sparse_negexponents(s.frames, 3), 1);
+    }
+    for (quolynode *&q : table) free_quoly(&q);
+}
+
+TEST(Sparse, ARowIsAsHeavyAsItsEntriesTogether)
+{
+    sparse_audit audit;
+    const std::int32_t full = INT32_MAX / mass_limit;
+    sparse_operand s(2, full + 1);
+    EXPECT_EQ(row_mass(*head_of_row(s.frames, 1)), 0);
+    value_operand a("{3{#1}, #7}"), b("{1{2{#1}, #1}, #4}");
+    quoly_assign(a.q, sparse_zero_set(head_of_row(s.frames, 1), 2));
+    quoly_assign(b.q, sparse_zero_set(head_of_row(s.frames, 1), 4));
+    EXPECT_EQ(row_mass(*head_of_row(s.frames, 1)), quoly_mass(a.q) + quoly_mass(b.q));
+    value_operand heavy("{2147483647{2147483647{#1}, #1}, #1}");
+    ASSERT_EQ(quoly_mass(heavy.q), mass_limit);
+    for (std::int32_t col = 1; col <= full; ++col) {
+        quoly_assign(heavy.q, sparse_zero_set(head_of_row(s.frames, 2), col));
+    }
+    EXPECT_EQ(row_mass(*head_of_row(s.frames, 2)), full * mass_limit);
+    quoly_assign(heavy.q, sparse_zero_set(head_of_row(s.frames, 2), full + 1));
+    EXPECT_EQ(row_mass(*head_of_row(s.frames, 2)), heavy_row);
+}
+
+TEST(Sparse, ANewEntryIsFoundByBothKindsOfIndices)
+{
+    sparse_audit audit;
+    sparse_operand s(2, 3);
+    array a = {};
+    a.arr_rows = 2;
+    a.arr_cols = 3;
+    a.arr_sparse = s.frames;
+    quolynode **first = sparse_set(1, 2, &a, true);
+    EXPECT_EQ(value_of(*first), 0);
+    quoly_set(6, first);
+    quoly_set(7, sparse_set(2, 0, &a, false));  // storage order: row 1, column 2
+    EXPECT_EQ(read(s.frames, 2), (model{{{1, 2}, 7}, {{2, 3}, 6}}));
+    EXPECT_TRUE(sparse_is_sound(s.frames, 2, 3));
+}
+
+TEST(Sparse, TheIdentityAsATableKeepsWhatStandsBetweenItsColumns)
+{
+    sparse_audit audit;
+    quolynode *table[12] = {};
+    for (quolynode *&q : table) quoly_set(9, &q);
+    identi(table, 3, 4);
+    for (int k = 0; k < 12; ++k) EXPECT_EQ(value_of(table[k]), k % 4 == 3 ? 9 : k % 4 == k / 4) << k;
+    free_quoly(&table[0]);
+    uppertri(table, 3);
+    for (int k = 0; k < 9; ++k) EXPECT_EQ(value_of(table[k]), k % 4 == 0) << k;
+    for (quolynode *&q : table) free_quoly(&q);
+}
+
+TEST(Sparse, ACopyForOneVariableIsTheSameMatrix)
+{
+    sparse_audit audit;
+    const std::int32_t rows = frame_rows + 2;
+    sparse_operand s(rows, 3);
+    set_entry(s.frames, 1, 1, 5);
+    value_operand p("{5{#1}, 2{#3}, #7}"), fraction("{1{#1}, #2}");
+    fraction.q->den = copy_poly(p.q->top);
+    quoly_assign(p.q, sparse_zero_set(head_of_row(s.frames, 2), 3));
+    quoly_assign(p.q, sparse_zero_set(head_of_row(s.frames, rows), 1));
+    quoly_assign(fraction.q, sparse_zero_set(head_of_row(s.frames, rows), 2));
+    sparse_operand copy(1, 1);
+    free_sparse(&copy.frames, 1, 1);
+    one_var_copy_sparse(s.frames, &copy.frames, rows);
+    copy.rows = rows;
+    EXPECT_TRUE(sparse_is_sound(copy.frames, rows, 3));
+    row_walk left = {s.frames, 0, rows}, right = {copy.frames, 0, rows};
+    for (int row = 0; row < rows; ++row) {
+        const colm *a = *next_row(&left), *b = *next_row(&right);
+        for (; a && b; a = a->next, b = b->next) {
+            EXPECT_EQ(a->coord, b->coord);
+            EXPECT_NE(a->val, b->val);
+            EXPECT_EQ(value_text(a->val), value_text(b->val));
+        }
+        EXPECT_TRUE(!a && !b) << row;
+    }
+}
+
 // Rings -------------------------------------------------------------------------------------------------
 
 TEST(Sparse, AnExcursionModuloAPrimeLeavesEveryChainAsItWas)
@@ -638,6 +772,49 @@ TEST(Sparse, WhatIsFreedWhilePinnedStaysReadable)
     unpin_values();
     release_pinned();
     EXPECT_TRUE(read(s.frames, 1).empty());
+}
+
+TEST(Sparse, FramesAreSetAsideWhileAComputationWaits)
+{
+    sparse_audit audit;
+    constexpr std::int32_t cols = 1200;
+    for (int round = 0; round < 2; ++round) {
+        sparse_frame *frames = nullptr, *meanwhile = nullptr;
+        sparse_init(&frames, 1);
+        for (std::int32_t c = 1; c <= cols; ++c) set_entry(frames, 1, c, c);
+        const sparse_frame *const waiting = frames;
+        const colm *walk = frames->row_head[0];
+        pin_values();
+        free_sparse(&frames, 1, 1);
+        sparse_init(&meanwhile, 1);
+        EXPECT_NE(meanwhile, waiting);
+        double sum = 0;
+        for (; walk; walk = walk->next) sum += value_of(walk->val);
+        EXPECT_EQ(sum, cols * (cols + 1) / 2);
+        unpin_values();
+        free_sparse(&meanwhile, 1, 1);
+        release_pinned();
+    }
+}
+
+TEST(Sparse, WhatIsChangedInPlaceWhileAComputationWaitsIsACopy)
+{
+    sparse_audit audit;
+    value_operand v("{1{#1}, #2}");
+    quolynode *none = nullptr;
+    const quolynode *const waiting = v.q;
+    unshare(&v.q);
+    EXPECT_EQ(v.q, waiting);
+    pin_values();
+    unshare(&none);
+    EXPECT_EQ(none, nullptr);
+    unshare(&v.q);
+    EXPECT_NE(v.q, waiting);
+    EXPECT_EQ(value_text(v.q), "{1{#1}, #2}");
+    quoly_set(7, &v.q);
+    EXPECT_EQ(value_text(waiting), "{1{#1}, #2}");
+    unpin_values();
+    release_pinned();
 }
 
 }  // namespace

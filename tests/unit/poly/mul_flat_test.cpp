@@ -2,6 +2,7 @@
 #include "poly/mul_flat.h"
 #include <gtest/gtest.h>
 #include <cmath>
+#include <vector>
 #include "poly/measure.h"
 #include "poly/mul.h"
 #include "poly/mul_school.h"
@@ -183,6 +184,40 @@ TEST(FlatProduct, RowsWithoutGapsAgreeWithTheSchoolbookHoweverTheyAreCut)
                 flat_text(b.p, a.p, 1);
                 if (HasFailure()) FAIL() << "seed " << r.seed << " cells " << cells << " terms " << n;
             }
+        }
+    }
+}
+
+// However many rows and lanes go together: from the highest term of the shorter operand down, to the last
+// bit.
+TEST(FlatProduct, SumsOfDoublesAreTakenInTheOrderOfTheRows)
+{
+    test_random r;
+    in_view live(view_float);
+    const kept_word nested(&flat_mult_cut, never);
+    for (std::int64_t cells : {5, 33, 100000}) {
+        const with_size least(&flat_table_least, cells), most(&flat_table_most, cells);
+        for (std::int32_t n : {1, 3, 4, 5, 8, 23, 64, 131}) {
+            const std::int32_t m = n + static_cast<std::int32_t>(r.below(40));
+            poly_operand a(dense_poly(&r, 0, n - 1)), b(dense_poly(&r, 0, m - 1)), c;
+            std::vector<double> x, y;
+            for (polynode *t = a.p; t; t = t->next) x.push_back(term_value(t)->real /= 7);
+            for (polynode *t = b.p; t; t = t->next) y.push_back(term_value(t)->real /= 3);
+            ASSERT_EQ(x.size(), static_cast<std::size_t>(n));
+            ASSERT_EQ(y.size(), static_cast<std::size_t>(m));
+            ASSERT_TRUE(flat_product(a.p, b.p, &c.p));
+            const polynode *t = c.p;
+            for (std::size_t k = 0; k < x.size() + y.size() - 1; ++k) {  // from the highest exponent
+                double sum = 0;
+                for (std::size_t i = 0; i < x.size(); ++i) {
+                    if (i <= k && k - i < y.size()) sum += x[i] * y[k - i];
+                }
+                if (sum == 0) continue;
+                ASSERT_NE(t, nullptr);
+                ASSERT_EQ(term_value(t)->real, sum) << "seed " << r.seed << " terms " << n << " by " << m;
+                t = t->next;
+            }
+            EXPECT_EQ(t, nullptr);
         }
     }
 }

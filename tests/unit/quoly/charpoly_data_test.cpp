@@ -27,8 +27,8 @@ struct with_data {
     {
         const in_view live(view_digits);
         close_data_file(&chdat);
-        char *text = static_cast<char *>(std::malloc(bytes.size() + 1));
-        std::memcpy(text, bytes.c_str(), bytes.size() + 1);
+        char *text = static_cast<char *>(std::calloc(bytes.size() + 8, 1));
+        std::memcpy(text, bytes.c_str(), bytes.size());
         chdat = {text, text, text + bytes.size(), 0};
         load_char_data();
     }
@@ -280,7 +280,7 @@ TEST(CharData, APolynomialHasTheDegreeThatItStartsWith)
     const poly_audit audit;
     for (const char *bytes : {"2 1 0 1 3 1 5", "2 1 0 1 0 1 0", "2 1 4 1 3"}) {
         const with_data data("");
-        char *text = static_cast<char *>(std::malloc(std::strlen(bytes) + 1));
+        char *text = static_cast<char *>(std::calloc(std::strlen(bytes) + 8, 1));
         std::strcpy(text, bytes);
         chdat = {text, text, text + std::strlen(bytes), 0};
         polynode *p = pol[0]->top;

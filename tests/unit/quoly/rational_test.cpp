@@ -156,6 +156,36 @@ TEST(Rational, OperationsInEveryFlavourAgreeWithGmp)
     }
 }
 
+TEST(Rational, ALongOperandBesideASingleDigit)
+{
+    test_random r;
+    const in_view live(view_digits);
+    for (int round = 0; round < rounds; ++round) {
+        const poly_audit audit;
+        {
+            rational_operand a, b;
+            b.draw(&r, 1);
+            a.draw(&r, 2 + round % 9);
+            // The denominators share a factor, and the sum may lose it again.
+            mpz_mul_ui(mpq_denref(a.v), mpq_denref(a.v), 1 + r.below(60));
+            mpz_mul_ui(mpq_numref(a.v), mpq_numref(a.v), 1 + r.below(60));
+            a.load();
+            if (round % 3 != 0) {
+                mpq_set_si(b.v, static_cast<long>(r.below(200)) - 100, 1 + r.below(60));
+                mpq_canonicalize(b.v);
+                b.load();
+            }
+            for (const operation &op : operations) {
+                const bool divides = op.name[0] == 'q' || op.name[0] == '/';
+                if (!(divides && quoly_iszero(b.q))) check_operation(op, a, b);
+                if (!(divides && quoly_iszero(a.q))) check_operation(op, b, a);
+            }
+        }
+        audit.expect_unchanged("a long operand and a short one");
+        if (HasFailure()) FAIL() << "seed " << r.seed;
+    }
+}
+
 TEST(Rational, OneValueAsBothOperands)
 {
     test_random r;
