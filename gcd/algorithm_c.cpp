@@ -12,12 +12,15 @@
 #include <cstring>
 #include "gcd/algorithm_c_float.h"
 #include "gcd/content.h"
+#include "gcd/images.h"
 #include "gcd/measure.h"
 #include "gcd/mod_methods.h"
+#include "gcd/normal_step.h"
 #include "gcd/polygcd.h"
 #include "gcd/sequence.h"
 #include "numbers/dispatch.h"
 #include "poly/div_exact.h"
+#include "poly/div_fast.h"
 #include "poly/div_pseudo.h"
 #include "poly/div_steps.h"
 #include "poly/mass.h"
@@ -27,7 +30,7 @@
 
 namespace kelmar {
 
-enum own_part { part_pp = part_own };
+enum own_part { part_pp = part_own, part_common };
 
 // Giving up ----------------------------------------------------------------------------------------------
 
@@ -92,6 +95,20 @@ static bool theory_holds()
     return !lintmode || mod_is_prime;
 }
 
+// Coefficients are of one kind all the way down: nothing that divides them leaves a rest, and they are not
+// reduced by anything.
+static bool plain_coefficients(const sequence *s)
+{
+    return theory_holds() && !integerflag && field_depth == 0 && !laurent && !relation_from(s->names);
+}
+
+// u and v are neighbours in the sequence of all subresultants, and v is really scaled by its lead.
+static bool is_normal_step(const sequence *s, std::int32_t delta)
+{
+    if (delta != 1 || !s->regular || !plain_coefficients(s)) return false;
+    return !(ground_field() && is_constant(s->v->coef));
+}
+
 // *p = *p / (g h^delta). 0: it does not divide, and *p is a constant.
 static int divide_remainder(sequence *s, polynode **p, std::int32_t delta)
 {
@@ -144,18 +161,84 @@ static int advance_h(sequence *s, std::int32_t delta)
     return !fail;
 }
 
-enum sequence_end { go_on, found_v, found_one, found_in_r };
+// The gcd in v -------------------------------------------------------------------------------------------
+
+// The part pp = a multiple of the gcd of a and b as p is, but by something small: the leading coefficient of
+// the gcd divides those of a and b, and what p has beyond what they have in common goes. 0: p is no multiple
+// of the gcd by something free of the outer variable; then pp is a constant.
+static int lower_content(const polynode *p, sequence *s)
+{
+    polynode **pp = part_of(s, part_pp), **common = part_of(s, part_common), **lead = part_of(s, part_t);
+    poly_assign(p, pp);
+    if (is_constant(p->coef)) return 1;
+    polygcd(s->a->coef, s->b->coef, common, 0, s->flags->test, s->flags->deep, s->names->next, 1, 1, 0);
+    poly_assign(p->coef, lead);
+    add_pad(common, 1);
+    poly_mult(*pp, *common, pp, s->names);
+    const int divides = divide_coefficients(pp, *lead, s->names);
+    free_poly(common);
+    free_poly(lead);
+    return divides;
+}
+
+// The part pp without its content. It is no constant.
+static void take_content_out(sequence *s)
+{
+    polynode **pp = part_of(s, part_pp), **c = part_of(s, part_t);
+    content(*pp, c, s->names, 1, s->flags->deep, 1);
+    divide_coefficients(pp, *c, s->names);
+    free_poly(c);
+}
+
+// The part pp = p without its content, where p has the degree of the gcd. p is no constant.
+static void set_primitive_part(const polynode *p, sequence *s)
+{
+    if (!plain_coefficients(s) || !lower_content(p, s)) poly_assign(p, part_of(s, part_pp));
+    take_content_out(s);
+}
+
+// v has the degree that images told to be the highest the gcd can have: it is the gcd, but for its content,
+// when what is left without that divides both operands. That is much sooner known than that a remainder of
+// the longest coefficients of all is zero. The part pp is the gcd then.
+static bool is_found(sequence *s)
+{
+    if (s->v->exp != s->limit || s->v == s->a || s->v == s->b || !plain_coefficients(s)) return false;
+    polynode **pp = part_of(s, part_pp);
+    if (lower_content(s->v, s)) {
+        take_content_out(s);
+        if (trial_poly_divide_noq(s->b, *pp, s->names, 1, 0, 0) &&
+            trial_poly_divide_noq(s->a, *pp, s->names, 1, 0, 0)) {
+            return true;
+        }
+    }
+    free_poly(pp);
+    --s->limit;
+    return false;
+}
+
+// The sequence -------------------------------------------------------------------------------------------
+
+enum sequence_end { go_on, found_v, found_core, found_one, found_in_r };
+
+// r = the next remainder, of which everything is taken out that the theory knows. 0: a division failed, and
+// *r is a constant.
+static int next_remainder(sequence *s, polynode **r, std::int32_t delta)
+{
+    if (is_normal_step(s, delta)) return normal_remainder(s->u, s->v, *part_of(s, part_h), r, s->names);
+    pseudo_div_no_q(s->u, s->v, r, s->names, 1);
+    return (*r)->exp == 0 || divide_remainder(s, r, delta);
+}
 
 // One division of the sequence.
 static sequence_end sequence_step(sequence *s)
 {
     polynode **r = part_of(s, part_r);
     const std::int32_t delta = s->u->exp - s->v->exp;
-    pseudo_div_no_q(s->u, s->v, r, s->names, 1);
-    if (poly_iszero(*r)) return found_v;
+    const int divides = next_remainder(s, r, delta);
+    if (divides && poly_iszero(*r)) return found_v;
     if ((*r)->exp == 0) return found_one;
-    if (!divide_remainder(s, r, delta)) return found_one;
     advance_pair(s);
+    s->regular = delta <= 1;
     return advance_h(s, delta) ? go_on : found_one;
 }
 
@@ -172,25 +255,10 @@ static sequence_end run_sequence(sequence *s)
             polygcd(s->u, s->v, part_of(s, part_r), 0, s->flags->test, s->flags->deep, s->names, 1, 1, 0);
             return found_in_r;
         }
+        if (is_found(s)) return found_core;
         const sequence_end end = sequence_step(s);
         if (end != go_on) return end;
     }
-}
-
-// *p = p without its content. p is no constant.
-static void primitive_part(polynode *p, polynode **result, polynode **room, const sequence *s)
-{
-    content(p, room, s->names, 1, s->flags->deep, 1);
-    if (is_constant(*room)) {
-        poly_assign(p, result);
-        if (!num_isone((*room)->num)) num_poly_quot(result, (*room)->num);
-    } else {
-        polynode wrapper = {0, 0, nullptr, {nullptr}};
-        wrapper.coef = *room;
-        *result = exact_quotient(p, &wrapper, s->names);
-        if (!*result) poly_set(1, result);
-    }
-    free_poly(room);
 }
 
 // *result = gcd(a, b), up to what is free of the outer variable. *result filled.
@@ -198,22 +266,18 @@ static void primitive_part(polynode *p, polynode **result, polynode **room, cons
                                             const retry_flags *flags)
 {
     product_work *work = open_work(__builtin_frame_address(0));
-    sequence s = {work, a, b, names, flags};
+    sequence s = {work, a, b, a, b, names, flags, flags->limit, false};
     if (a->exp == b->exp && f_poly_numterms(a) < f_poly_numterms(b)) {
         s.u = b;
         s.v = a;
     }
     const sequence_end end = run_sequence(&s);
     polynode *g = end == found_v ? s.v : end == found_in_r ? *part_of(&s, part_r) : nullptr;
-    *result = nullptr;
-    if (!g || g->exp == 0) {
-        poly_set(1, result);
-    } else {
-        polynode **pp = part_of(&s, part_pp);
-        primitive_part(g, pp, part_of(&s, part_t), &s);
-        *result = *pp;
-        *pp = nullptr;
-    }
+    polynode **pp = part_of(&s, part_pp);
+    if (g && g->exp > 0) set_primitive_part(g, &s);
+    if (!*pp) poly_set(1, pp);
+    *result = *pp;
+    *pp = nullptr;
     close_work(work);
 }
 
@@ -291,8 +355,10 @@ static void split_content(product_work *work, polynode **p, polynode **c, pt *na
         u = parts[turned_b];
         v = parts[turned_a];
     }
-    if (v->exp > 0) {
-        primitive_gcd(u, v, core, &turned, flags);
+    retry_flags own = *flags;
+    if (own.limit > 0 && v->exp > 0) own.limit = degree_by_images(u, v);
+    if (v->exp > 0 && (own.limit > 0 || flags->limit == 0)) {
+        primitive_gcd(u, v, core, &turned, &own);
     } else {
         poly_set(1, core);
     }

@@ -5,9 +5,10 @@
 
 namespace kelmar {
 
-// How the caller allows a pair to be taken up again, should the sequence be given up.
+// How the caller allows a pair to be taken up again, should the sequence be given up; and the highest degree
+// in the outer variable that the gcd can have, 0 where no image was asked.
 struct retry_flags {
-    std::int32_t test, deep;
+    std::int32_t test, deep, limit;
 };
 
 // *result = gcd(a, b), primitive in the outer variable, for primitive a, b with deg a >= deg b > 0. The

@@ -189,7 +189,7 @@ static int gcd_of_values(sequence *s, polynode *a, polynode *b)
                                          const retry_flags *flags)
 {
     product_work *work = open_work(__builtin_frame_address(0));
-    sequence s = {work, nullptr, nullptr, names, flags};
+    sequence s = {work, nullptr, nullptr, a, b, names, flags, 0, false};
     *result = nullptr;
     run_monic(&s, a, b, result);
     close_work(work);

@@ -40,6 +40,7 @@ enum gcd_exit {
     exit_modular_method,  // images modulo primes
     exit_coprime_tests,   // images at points are coprime
     exit_multivariate,    // images at points, interpolated
+    exit_more_images,     // an image at scattered points is coprime
     exit_algorithm_c,
     gcd_exit_count
 };
@@ -86,13 +87,14 @@ struct gcd_problem {
     std::int32_t total;       // nodes of both
     std::int32_t bound;       // the degree of the gcd is thought to be at most this
     std::int32_t probed;      // an image told the bound
-    std::int32_t tried;       // a trial said that b, as it stands, does not divide a
-    std::int32_t removed;     // a factor of positive degree was taken out
-    std::int32_t tests;       // evaluation tests to be made
-    std::int32_t modular;     // the choice: images
-    std::int32_t balanced;    // neither operand is 20 times the other
-    std::int32_t weighed;     // nodes are those of expon_node_total
-    pending_gcd pending;      // a gcd that the stash waits for
+    std::int32_t limit;  // the degree of the gcd is at most this, by images at scattered points; 0: not asked
+    std::int32_t tried;  // a trial said that b, as it stands, does not divide a
+    std::int32_t removed;   // a factor of positive degree was taken out
+    std::int32_t tests;     // evaluation tests to be made
+    std::int32_t modular;   // the choice: images
+    std::int32_t balanced;  // neither operand is 20 times the other
+    std::int32_t weighed;   // nodes are those of expon_node_total
+    pending_gcd pending;    // a gcd that the stash waits for
     gcd_exit end;
 };
 
@@ -148,6 +150,7 @@ int try_modular_method(gcd_problem *f);
 int look_up(gcd_problem *f);
 int try_last_divisions(gcd_problem *f);
 int try_multivariate_method(gcd_problem *f);
+int ask_more_images(gcd_problem *f);
 int run_algorithm_c(gcd_problem *f);
 
 // The report of a stash that more gcds were filled into than it waited for.

@@ -5,11 +5,13 @@
 #include "gcd/algorithm_c.h"
 #include "gcd/content.h"
 #include "gcd/driver.h"
+#include "gcd/images.h"
 #include "gcd/measure.h"
 #include "gcd/mod_methods.h"
 #include "numbers/dispatch.h"
 #include "poly/div_fast.h"
 #include "poly/mass.h"
+#include "poly/mul.h"
 #include "poly/monic.h"
 
 namespace kelmar {
@@ -242,11 +244,24 @@ int try_multivariate_method(gcd_problem *f)
     return finish(f, exit_multivariate, core);
 }
 
+// Images at scattered points -----------------------------------------------------------------------------
+
+// The points that were asked so far are few, and may all be unlucky; those that a coprime pair takes in vain
+// cost it a sequence of the greatest length. So that is not begun without images at points and modulo primes
+// that have nothing to do with those.
+int ask_more_images(gcd_problem *f)
+{
+    constexpr std::int32_t small_work = 25;  // nodes
+    if (!f->test || f->total <= small_work || field_depth > 0 || relation_from(f->names)) return 0;
+    f->limit = degree_by_images(f->a.p, f->b.p);
+    return f->limit == 0 ? finish_number(f, exit_more_images, 1) : 0;
+}
+
 // The method that always answers -------------------------------------------------------------------------
 
 int run_algorithm_c(gcd_problem *f)
 {
-    const retry_flags flags = {f->test, f->deep};
+    const retry_flags flags = {f->test, f->deep, f->limit};
     polynode **core = part_of(f, part_core);
     algorithm_c(f->a.p, f->b.p, core, f->names, &flags);
     return finish(f, exit_algorithm_c, core);

@@ -37,6 +37,7 @@ static const gcd_step steps[] = {
     look_up,                    // the stash is in use: the gcd may be known
     try_last_divisions,         // b may divide a after all; images modulo primes, again
     try_multivariate_method,    // over a prime field, several variables: images at points
+    ask_more_images,            // before long work: the points asked so far may have been unlucky
     run_algorithm_c,            // the subresultant sequence
 };
 

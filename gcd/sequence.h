@@ -10,8 +10,11 @@ namespace kelmar {
 struct sequence {
     product_work *work;
     polynode *u, *v;
+    polynode *a, *b;  // the operands
     pt *names;
     const retry_flags *flags;
+    std::int32_t limit;  // of the degree of the gcd; 0: not known
+    bool regular;        // u is the subresultant of its degree, up to a unit
 };
 
 // The parts that every sequence has; each method numbers its own from part_own on.

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstdio>
 #include "numbers/dispatch.h"
+#include "poly/div_flat.h"
 #include "poly/div_steps.h"
 #include "poly/div_words.h"
 #include "poly/mul_work.h"
@@ -246,6 +247,8 @@ static polynode *close_quotient(product_work *work, polynode **q, bool exact)
 static polynode *quotient_of(polynode *n, polynode *m, const pt *var, met_size met)
 {
     polynode *quotient = nullptr;
+    const flat_quotient flat = divide_flat_exactly(n, m, &quotient);
+    if (flat != flat_not_suited) return quotient;
     if (is_wrapper(m)) {
         if (is_wrapper(n) || is_constant(n)) {
             quotient = quotient_within(is_constant(n) ? n : take_lead(&n), m->coef, inner(var), met);

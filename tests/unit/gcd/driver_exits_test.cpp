@@ -242,7 +242,7 @@ TEST_F(GcdExits, ANumberInAlgorithmC)
 {
     in_view live(view_digits);
     poly_operand a(poly_of_text("{3{1{#1}}, 0{1{#2}, #1}}")), five(poly_of_text("{#5}")), g;
-    const retry_flags flags = {1, 1};
+    const retry_flags flags = {1, 1, 0};
     const std::string text = report_and_resume(
         files, [&] { algorithm_c(a.p, five.p, &g.p, names.names(), &flags); });
     EXPECT_EQ(text.find("*** Kelmar error. v number in Alg C.\n"), 0u) << text;
@@ -270,7 +270,7 @@ TEST_F(GcdExits, GapsInASequenceLeaveNothing)
         b(poly_of_text("{6{1{#1}, #3}, 4{#5}, 2{#-4}, 1{1{#-9}}, #21}")), fa, fb, g;
     poly_mult(f.p, a.p, &fa.p, names.names());
     poly_mult(f.p, b.p, &fb.p, names.names());
-    const retry_flags flags = {1, 1};
+    const retry_flags flags = {1, 1, 0};
     EXPECT_EQ(report_of([&] { algorithm_c(fa.p, fb.p, &g.p, names.names(), &flags); }), "");
     EXPECT_TRUE(essentially_equal(g.p, f.p)) << poly_text(g.p);
     EXPECT_EQ(report_of([&] { algorithm_c(a.p, b.p, &g.p, names.names(), &flags); }), "");

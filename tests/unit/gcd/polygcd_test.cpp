@@ -314,7 +314,7 @@ TEST_F(Polygcd, GivesUpAndTakesUpAgain)
     poly_mult(u.p, v.p, &a.p, names.record);
     poly_mult(u.p, w.p, &b.p, names.record);
     alg_c_count = 0;
-    const retry_flags flags = {0, 0};
+    const retry_flags flags = {0, 0, 0};
     testing::internal::CaptureStdout();
     algorithm_c(a.p, b.p, &g.p, names.record, &flags);
     const std::string text = testing::internal::GetCapturedStdout();

@@ -86,6 +86,22 @@ TEST_F(GcdProbe, LargePrimes)
     }
 }
 
+// Over two elements a square is the element itself, at every point that is one of them: x^2 + y^2 and x^2 + y
+// have the same images.
+TEST_F(GcdProbe, PointsAreResiduesOfASmallModulus)
+{
+    in_view words(view_modular, 2);
+    mod_is_prime = 1;
+    poly_operand squares(poly_of_text("{2{#1}, 0{2{#1}}}")), linear(poly_of_text("{2{#1}, 0{1{#1}}}"));
+    for (std::int32_t round = 0; round < 12; ++round) {
+        const test_points points = {2, round};
+        std::int32_t degree = 0, performed = 0;
+        EXPECT_EQ(fast_test_2(squares.p, linear.p, names.record, &points, &degree, &performed), 0);
+        EXPECT_EQ(performed, 1);
+        EXPECT_EQ(degree, 2);
+    }
+}
+
 TEST_F(GcdProbe, LeavesTheRingAndTheOperandsAlone)
 {
     const std::string a_text = poly_text(a.p), b_text = poly_text(b.p);
