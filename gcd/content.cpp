@@ -116,9 +116,13 @@ static void count_visit(std::int32_t *count)
     c_cntcount = a_cntcount = d_cntcount = count_limit + 1;
 }
 
+// A number as a coefficient, bare or in wrappers: those that are in order have been looked for before.
 static bool broken_number(const pool_place *at, const char *fault)
 {
-    if (!at->term || !is_constant(at->coef)) return false;
+    if (!at->term) return false;
+    const polynode *p = at->coef;
+    while (is_wrapper(p)) p = p->coef;
+    if (!is_constant(p)) return false;
     kelmar_error(fault, 1);
     return true;
 }

@@ -13,6 +13,10 @@
 
 namespace kelmar {
 
+// Numbers beyond the quotient of a divisor come of nodes where that nearly vanishes, and may be far above the
+// noise of its product, which decides.
+static constexpr double doubtful_part = 0x1p-26;
+
 // The numbers of the grid below the degrees of the sides `side`, as a list. What is at most `least` is 0.
 static polynode *take_coefficients(const value_grid *g, const std::int32_t *side, std::int32_t level,
                                    const complex_value *from, double least)
@@ -62,7 +66,7 @@ static polynode *quotient_on_grid(product_work *work, const polynode *a, const p
     const complex_value *const u = ratio_on_grid(work, a, b, &g);
     if (!u) return nullptr;
     const grid_sizes sizes = measure_grid(&g, side, u);
-    if (!(sizes.beyond <= noise_part * sizes.within)) return nullptr;
+    if (!(sizes.beyond <= doubtful_part * sizes.within)) return nullptr;
     const double noise = std::fmax(sizes.within * 0x1p-44, 2 * sizes.beyond);
     return take_coefficients(&g, side, 0, u, noise);
 }

@@ -123,6 +123,10 @@ static complex_value *values_on_grid(product_work *work, int k, const polynode *
     return values;
 }
 
+// What a small value of b does to its quotient is spread over all coefficients, each of which gets as small a
+// part as there are many; so b may come close to zero at a few nodes.
+static constexpr double next_to_nothing = 0x1p-32;  // of the largest value
+
 // a = a / b. 0: a value of b is next to nothing.
 static int divide_values(complex_value *a, const complex_value *b, std::int64_t nodes)
 {
@@ -130,7 +134,7 @@ static int divide_values(complex_value *a, const complex_value *b, std::int64_t 
     for (std::int64_t k = 0; k < nodes; ++k) most = std::fmax(most, std::hypot(b[k].re, b[k].im));
     for (std::int64_t k = 0; k < nodes; ++k) {
         const double size = b[k].re * b[k].re + b[k].im * b[k].im;
-        if (!(size > most * most * 1e-12)) return 0;
+        if (!(size > most * most * (next_to_nothing * next_to_nothing))) return 0;
         const complex_value p = complex_product(a[k], {b[k].re, -b[k].im});
         a[k] = {p.re / size, p.im / size};
     }

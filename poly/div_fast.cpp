@@ -15,6 +15,7 @@
 #include "poly/div.h"
 #include "poly/div_exact.h"
 #include "poly/div_steps.h"
+#include "poly/laurent.h"
 #include "poly/measure.h"
 #include "poly/mul_work.h"
 #include "poly/ring_change.h"
@@ -403,6 +404,8 @@ static bool lies_in_field(const polynode *m, const pt *var)
                       ? 1
                       : try_below_wrappers(n, m, &q, var, fast ? run_all_tests : nullptr, no_q);
     }
+    if (q && laurent && has_negative_exponents(q))
+        divides = has_negative_exponents(n) || has_negative_exponents(m);
     free_poly(&q);
     close_work(work);
     return divides;

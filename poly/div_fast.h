@@ -22,7 +22,8 @@ inline std::int32_t rat_yes = 1;
 int trial_poly_divide(polynode *n, polynode *m, polynode **q, const pt *var, int fast, int no_q, int free_n);
 
 // The same for the answer alone; its tests look at numbers too. Over words a divisor in the ground field
-// divides.
+// divides. Where negative exponents are allowed a power of a variable is a unit, but not here: when n and m
+// have none, neither has n / m.
 int trial_poly_divide_noq(polynode *n, polynode *m, const pt *var, int fast, int no_q, int free_n);
 
 // The question for long integers, modulo two primes of the table that divide no leading coefficient. *result

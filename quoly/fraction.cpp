@@ -119,7 +119,7 @@ void cancel_pair(polynode **a, polynode **b, polynode **slot_a, polynode **slot_
         divide_by_number(b, *slot_g, slot_b);
         return;
     }
-    reduce(a, b, slot_g, slot_a, slot_b, 0, 0, 1, 1);
+    reduce(a, b, slot_g, slot_a, slot_b, laurent, laurent, 1, 1);
     *a = *slot_a;
     *b = *slot_b;
 }

@@ -169,7 +169,7 @@ void quoly_great_int(quolynode **q)
     } else if (is_rational(*q)) {
         rat_floor(q);
     } else {
-        error(err_not_a_number, "$");
+        error(flotemode ? err_not_a_number : err_wrong_ring, "$");
     }
 }
 

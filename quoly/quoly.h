@@ -88,7 +88,8 @@ void quoly_makeneg(const quolynode *a, quolynode **b);
 // *a = -*a in place.
 void quoly_inplace(quolynode **a);
 
-// *q = the greatest integer not above q. Errors: 62 in the word modes; 227 for a polynomial; then *q stays.
+// *q = the greatest integer not above q. Errors: 62 in the word modes; for a polynomial 227 with floats, else
+// 62; then *q stays.
 void quoly_great_int(quolynode **q);
 
 // *q = |q| in the live view. Errors: 227 for a polynomial; then *q stays.

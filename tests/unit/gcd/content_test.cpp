@@ -127,6 +127,20 @@ TEST_F(Content, ACountThatOverflowsIsReset)
     EXPECT_EQ(d_cntcount, count_limit + 1);
 }
 
+// A number in wrappers is not in normal form, and no content: the walk for the smallest two meets it, or the
+// pass that takes all the others.
+TEST_F(Content, NumbersInWrappersAreFaults)
+{
+    const std::string walk = "*** Kelmar error.  *** pp numb in content\n",
+                      pass = "*** Kelmar error.  *** q numb in content\n";
+    const auto fault_of = [&](const char *p) { return report_of([&] { of(p); }); };
+    EXPECT_EQ(fault_of("{2{1{#2}}, 1{0{#4}}, {1{#6}}}").substr(0, walk.size()), walk);
+    EXPECT_EQ(fault_of("{2{1{#2}}, 1{1{#6}}, {0{0{#4}}}}").substr(0, pass.size()), pass) << "behind the walk";
+    c_cntcount = count_limit + 1;
+    EXPECT_EQ(fault_of("{2{1{#2}}, 1{0{#4}}, {1{#6}}}").substr(0, pass.size()), pass) << "no walk";
+    EXPECT_EQ(of("{2{1{#2}}, 1{0{1{#4}}}, {1{#6}}}"), "{#2}") << "a variable in wrappers is in order";
+}
+
 TEST_F(Content, ProgressLines)
 {
     const kept_word telling(&verbose, 1);

@@ -159,4 +159,91 @@ TEST_F(FloatValues, GcdOfLargeProductsIsFound)
     audit.expect_unchanged("gcds of doubles");
 }
 
+// Three variables ------------------------------------------------------------------------------------------
+
+class FloatForms : public ::testing::Test {
+protected:
+    in_view live{view_float};
+    const adjoined variables{"x", "y", "z"};
+};
+
+// A x + B y + C z + D, to a power.
+struct linear_form {
+    double number[4];
+    int power;
+};
+
+polynode *product_of_forms(std::initializer_list<linear_form> forms)
+{
+    polynode *p = nullptr, *n = nullptr;
+    poly_set(1, &p);
+    poly_set(1, &n);
+    for (const linear_form &f : forms) {
+        polynode *sum = nullptr;
+        n->num->real = f.number[3];
+        sum = copy_poly(n);
+        for (int k = 0; k < 3; ++k) {
+            polynode *x = nullptr;
+            base_poly(&x, k + 1);
+            n->num->real = f.number[k];
+            poly_mult(x, n, &x, polynames);
+            better_poly_add(sum, x, &sum);
+            free_poly(&x);
+        }
+        for (int k = 0; k < f.power; ++k) poly_mult(p, sum, &p, polynames);
+        free_poly(&sum);
+    }
+    free_poly(&n);
+    return p;
+}
+
+// Numbers much alike: such a form comes close to zero on the circles, and its cube close to nothing.
+constexpr double alike[4] = {7, 4, 5, 6};
+
+polynode *power_of_alike(int power)
+{
+    return product_of_forms({{{alike[0], alike[1], alike[2], alike[3]}, power}});
+}
+
+polynode *many_forms(int power_of_alike)
+{
+    return product_of_forms({{{4, 5, 3, 2}, 2},
+                             {{2, 6, 2, 9}, 2},
+                             {{alike[0], alike[1], alike[2], alike[3]}, power_of_alike},
+                             {{3, 4, 6, 6}, 2},
+                             {{7, 4, 6, 4}, 2},
+                             {{1, 8, 3, 4}, 2}});
+}
+
+TEST_F(FloatForms, DivisorMayNearlyVanishOnTheGrid)
+{
+    const poly_audit audit;
+    {
+        const poly_operand a(many_forms(3)), cube(power_of_alike(3)), wanted(many_forms(0));
+        const poly_operand q(float_quotient(a.p, cube.p, polynames));
+        ASSERT_TRUE(q.p);
+        EXPECT_LT(distance(q.p, wanted.p), 1e-8);
+        const poly_operand less(many_forms(2));
+        EXPECT_EQ(float_quotient(less.p, cube.p, polynames), nullptr);
+    }
+    audit.expect_unchanged("float_quotient");
+}
+
+TEST_F(FloatForms, GcdOfFormsMuchAlikeIsFound)
+{
+    const poly_audit audit;
+    {
+        poly_operand a(many_forms(2)), cube(power_of_alike(3)), g, lead;
+        poly_operand square(power_of_alike(2));
+        const double first = square.p->coef->num->real;
+        Lpolygcd(&a.p, &cube.p, &g.p, 1, polynames);
+        ASSERT_EQ(g.p->exp, 2) << poly_text(g.p);
+        poly_set(1, &lead.p);
+        lead.p->num->real = first;
+        poly_mult(g.p, lead.p, &g.p, polynames);
+        EXPECT_LT(distance(g.p, square.p), 1e-9);
+    }
+    audit.expect_unchanged("gcds of doubles");
+}
+
 }  // namespace

@@ -37,6 +37,14 @@ TEST(Differentiate, PolynomialsInEachVariable)
     }
 }
 
+TEST(Differentiate, AFractionMayBecomeAPolynomialModuloAPrime)
+{
+    in_view live(view_modular, 3);
+    EXPECT_EQ(derivative_text("{5{#1}, #1}", "{3{#1}}", 1, 1), "{1{#2}}");
+    EXPECT_EQ(derivative_text("{5{#1}, #1}", "{3{#1}}", 1, 2), "{#2}");
+    EXPECT_EQ(derivative_text("{5{#1}, #1}", "{3{#1}}", 1, 3), "{#0}");
+}
+
 TEST(Differentiate, FractionsByTheQuotientRuleInLowestTerms)
 {
     in_view live(view_digits);

@@ -108,6 +108,17 @@ TEST(SpecQuolyEval, TakesTheVariableOfItsLevel)
     EXPECT_EQ(value_text(q.q), "{#128}");
 }
 
+TEST(SpecQuolyEval, OfAFractionTakesBothParts)
+{
+    in_view live(view_digits);
+    value_operand q, v("{#5}"), same("{#-1}");
+    q.q = value_of("{1{1{#1}}, #1}", "{1{#1}, 0{1{#1}}}");
+    spec_quoly_eval(&q.q, v.q, 2);
+    EXPECT_EQ(value_text(q.q), "{1{#5}, #1} / {1{#1}, #5}");
+    spec_quoly_eval(&q.q, same.q, 1);
+    EXPECT_EQ(value_text(q.q), "{#-1}");
+}
+
 TEST(PQAssign, PadsByTheDepth)
 {
     in_view live(view_digits);

@@ -6,11 +6,14 @@
 #include "quoly/divide.h"
 #include "quoly/fraction.h"
 #include "quoly/mul.h"
+#include "quoly/power.h"
 #include "quoly/rational.h"
 #include "session/levels.h"
 #include "session/report.h"
 #include "tests/support/divisions.h"
+#include "tests/support/gcds.h"
 #include "tests/support/quolys.h"
+#include "tests/support/reports.h"
 #include "tests/support/variables.h"
 
 using namespace kelmar;
@@ -217,7 +220,11 @@ TEST_F(NormalForm, ProductWithTheReciprocalIsThePlainNumberOne)
     for (const num_view v : {view_float, view_digits}) {
         in_view live(v);
         const quotient a(x, x_plus_1), b(x_plus_1, x);
-        EXPECT_EQ(result(quoly_mult, a.q, b.q), "{#1}");
+        value_operand product;
+        const exits_since exits;
+        quoly_mult(a.q, b.q, &product.q);
+        EXPECT_EQ(value_text(product.q), "{#1}");
+        EXPECT_EQ(exits.text(), "exits:") << "no gcd is taken";
         value_operand c("{1{#1}}"), d(x_plus_1);
         fast_quoly_quot(&c.q, d.q, 0);
         fast_quoly_mult(&c.q, d.q);
@@ -387,6 +394,43 @@ TEST_F(NormalForm, NullStandsForZeroInSparseStructures)
     best_quoly_nils_sub(&left, &same);
     EXPECT_EQ(left, nullptr);
     EXPECT_EQ(same, nullptr);
+}
+
+// What only callers that know their operands use -----------------------------------------------------------
+
+TEST_F(NormalForm, OperationsOnKnownFractionsAreTheGeneralOnes)
+{
+    for (const num_view v : {view_float, view_digits}) {
+        in_view live(v);
+        const poly_audit audit;
+        {
+            const quotient a(x, x_plus_1), b("{1{#1}, #1}", "{2{#1}, #-2}");
+            EXPECT_EQ(result(gen_quoly_mult, a.q, b.q), result(quoly_mult, a.q, b.q));
+            EXPECT_EQ(result(gen_quoly_mult, b.q, b.q), result(quoly_mult, b.q, b.q));
+            value_operand p("{2{#1}, #7}"), minus, in_place, power, product;
+            no_denom_minus_2(p.q->top, b.q, &minus.q);
+            quoly_assign(b.q, &in_place.q);
+            no_denom_minus(p.q->top, &in_place.q);
+            EXPECT_EQ(value_text(in_place.q), value_text(minus.q));
+            EXPECT_EQ(value_text(in_place.q), result(quoly_sub, b.q, p.q));
+            EXPECT_EQ(value_text(p.q), "{2{#1}, #7}");
+            quoly_assign(b.q, &power.q);
+            lint_quoly_compute_power(&power.q, 3);
+            quoly_mult(b.q, b.q, &product.q);
+            fast_quoly_mult(&product.q, b.q);
+            EXPECT_EQ(value_text(power.q), value_text(product.q));
+        }
+        audit.expect_unchanged("known fractions");
+    }
+}
+
+TEST_F(NormalForm, NoDenominatorLiesInAFieldWithoutATower)
+{
+    in_view live(view_digits);
+    quotient a(x, x_plus_1);
+    EXPECT_NE(report_of([&] { quoly_mod_convert(&a.q); }).find("poly invertibility failure. bad pp2"),
+              std::string::npos);
+    EXPECT_EQ(value_text(a.q), "{1{#1}} / {1{#1}, #1}");
 }
 
 TEST_F(NormalForm, ProductInOtherVariablesBringsTheSessionsBack)
