@@ -158,15 +158,11 @@ static int magnitude_word(const quolynode *q, std::uint64_t *value)
     return 1;
 }
 
-// *q = the word, in the live view.
-static void set_word(std::uint64_t v, quolynode **q)
+// *q = the divisor v. One beyond a word is told of digits only: doubles above 2^53 are even.
+static void set_divisor_word(std::uint64_t v, quolynode **q)
 {
     if (v <= INT32_MAX) return quoly_set(static_cast<std::int32_t>(v), q);
     number *n = number_result(q);
-    if (flotemode) {
-        n->real = static_cast<double>(v);
-        return;
-    }
     quolynode *low = nullptr;
     setvalue(static_cast<std::int32_t>(v >> digit_bits), n);
     quoly_set(digit_base / 2, &low);
@@ -193,7 +189,7 @@ void builtin_isprime(input_stream **stream, quolynode **n, name_node **cursor)
     const std::int64_t divisor = longg_is_prime(static_cast<std::int32_t>(v >> 56),
                                                 static_cast<std::int32_t>(v >> digit_bits & digit_mask),
                                                 static_cast<std::int32_t>(v & digit_mask));
-    set_word(static_cast<std::uint64_t>(divisor), n);
+    set_divisor_word(static_cast<std::uint64_t>(divisor), n);
 }
 
 void builtin_prime(input_stream **stream, quolynode **n, name_node **cursor)

@@ -5,6 +5,7 @@
 // downgraded error and from a pushed level; every caller says what value goes on then.
 #include "session/errors.h"
 #include "gcd/polygcd.h"
+#include "matrix/pins.h"
 #include "numbers/startup.h"
 #include "poly/ring_change.h"
 #include "session/evaluator.h"
@@ -83,11 +84,18 @@ void tell_error(int n)
     out_err_mess(n);
 }
 
+void push_level_here()
+{
+    pin_values();
+    error(new_level, " ");
+    unpin_values();
+}
+
 void kelmar_error(const char *text, int stop)
 {
     std::fprintf(Output, "*** Kelmar error. %s\n", text);
     std::fflush(Output);
-    if (stop) error(new_level, " ");
+    if (stop) push_level_here();
 }
 
 void report_too_deep()

@@ -9,6 +9,7 @@
 #include "session/entry_links.h"
 #include "session/errors.h"
 #include "numbers/heap.h"
+#include "session/trace.h"
 
 namespace kelmar {
 
@@ -109,6 +110,7 @@ void free_form(form_node **f)
 
 static void free_function(func_node *f)
 {
+    forget_in_trace(f);
     freename(&f->params);
     free_form(&f->body);
     free_links(&f->links);

@@ -114,9 +114,11 @@ static void iread_digits(input_stream **stream, word_operand *v, name_node **cur
     if (modularmode) {
         quolynode *value = nullptr;
         std::int32_t ndigits;
+        own(&value);
         quoly_set(0, &value);
         new_readin(stream, value->num, cursor, &ndigits);
         v->word = value->num->word;
+        disown();
         free_quoly(&value);
         return;
     }

@@ -3,9 +3,9 @@
 // The handler sets one flag. It is answered at the next safe point: a new command level stands on top of the
 // computation, which never alters an operand in place.
 #include "session/interrupt.h"
-#include "matrix/pins.h"
 #include <csignal>
 #include "session/report.h"
+#include "storage/low_memory.h"
 
 namespace kelmar {
 
@@ -28,9 +28,8 @@ void answer_interrupt()
 {
     if (interrupts_held) return;
     interrupt_flag = 0;
-    pin_values();
-    error(new_level, " ");
-    unpin_values();
+    push_level_here();
+    keep_reserve();
 }
 
 }  // namespace kelmar

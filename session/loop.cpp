@@ -16,6 +16,7 @@
 #include "session/statement.h"
 #include "session/timing.h"
 #include "session/unwind.h"
+#include "storage/low_memory.h"
 
 namespace kelmar {
 
@@ -63,7 +64,10 @@ static void close_statement(quolynode **result)
 static void run_round(quolynode **result)
 {
     warn_cnt = 0;
-    if (levelcount == 1) release_pinned();
+    if (levelcount == 1) {
+        release_pinned();
+        keep_reserve();
+    }
     if (input_is_over()) jump_to_exit();
     const std::int32_t held = command_int;
     command_int = 0;

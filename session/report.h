@@ -29,6 +29,10 @@ void tell(const char *text);
 // Write the report of error n at the token in hand, led by a blank, and return: nothing is unwound.
 void tell_error(int n);
 
+// Push a level in the middle of an operation, which goes on when the level is left: what its statements
+// replace or delete stays until then, and what would not be followed on the frames below is refused there.
+void push_level_here();
+
 // Report an internal fault. With `stop` a new command level is pushed, on top of the intact state.
 void kelmar_error(const char *text, int stop);
 

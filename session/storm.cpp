@@ -5,7 +5,6 @@
 #include "session/storm.h"
 #ifdef KELMAR_STORM
 #include <cstring>
-#include "matrix/pins.h"
 #include "session/evaluator.h"
 #include "session/input.h"
 #include "session/levels.h"
@@ -59,9 +58,7 @@ static void push_unseen_level(const char *answers, bool given)
     if (!given) prevnum = nullptr;
     promptsize = 1;  // a longer prompt swallows more of the answer
     raging = 1;
-    pin_values();
-    error(new_level, " ");
-    unpin_values();
+    push_level_here();
     put_back();
     if (given) return;
     free_quoly(&prevnum);

@@ -25,6 +25,14 @@ void make_trace()
     lastf = ring;
 }
 
+void forget_in_trace(const func_node *f)
+{
+    if (!first) return;
+    for (int i = 0; i < trace_frames; ++i) {
+        if (first[i].function == f) first[i].function = nullptr;
+    }
+}
+
 static void write_repeats(int repeats)
 {
     if (repeats > repeats_shown) {
@@ -41,7 +49,8 @@ void write_function_trace(int release)
     int repeats = 0;
     int written = 0;
     for (int i = 0; i < active; ++i, frame = frame->prev) {
-        func_node *f = frame->function;
+        const func_node *f = frame->function;
+        if (!f) continue;
         const bool same = before && std::strcmp(before->text, f->text) == 0;
         if (!same) write_repeats(repeats);
         repeats = same ? repeats + 1 : 0;

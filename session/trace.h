@@ -23,6 +23,9 @@ inline name_node *prev_expr = nullptr;
 // Make the ring of frames. Called once.
 void make_trace();
 
+// f goes away. A frame may still name it where a deep recursion lost its oldest names to later calls.
+void forget_in_trace(const func_node *f);
+
 // Write the names of the active functions, newest first. With `release` their parameters are released and
 // their frames popped.
 void write_function_trace(int release);

@@ -5,6 +5,7 @@
 // frames in between has a destructor.
 #include "session/unwind.h"
 #include "gcd/polygcd.h"
+#include "matrix/pins.h"
 #include "numbers/decimal.h"
 #include "poly/mul_work.h"
 #include "poly/ring_change.h"
@@ -102,6 +103,7 @@ void release_abandoned()
     release_pending(nullptr);
     free_owned(0);
     operands_on_unwind();
+    release_pinned();
     abandon_to = nullptr;
 #ifdef KELMAR_STORM
     storm_on_unwind();

@@ -32,7 +32,7 @@ void release_gcd_stash()
     prev_modulus = -1;
 }
 
-// default null; room for what a stretch that cannot be interrupted still asks for; keep_reserve, mem_error
+// default null; room for what is asked for up to the next safe point; keep_reserve, mem_error
 static void *reserve = nullptr;
 static constexpr std::size_t reserve_size = std::size_t{4} << 20;  // bytes
 
@@ -41,11 +41,11 @@ void keep_reserve()
     if (!reserve) reserve = std::malloc(reserve_size);
 }
 
-// Data are between two rings, and no level can stand here: go on with the reserve, and interrupt as soon as
-// the stretch is done. Declines (0) when the reserve is used up.
+// Records may be half linked here, or data between two rings, where a level does not stand well: go on with
+// the reserve, and push the level at the next safe point. Declines (0) when the reserve is used up.
 static int spend_reserve()
 {
-    if (!interrupts_held || !reserve) return 0;
+    if (!reserve) return 0;
     std::free(reserve);
     reserve = nullptr;
     interrupt_flag = 1;
@@ -54,11 +54,11 @@ static int spend_reserve()
 
 void mem_error()
 {
-    if (spend_reserve()) return;
-    if (lookupgcd < 1 || polygcd_stack_depth != 0) {
+    if (interrupts_held || lookupgcd < 1 || polygcd_stack_depth != 0) {
         std::printf("\n*** Warning.  You are out of heap space.  Abort this computation.\n");
         std::fflush(stdout);
-        error(new_level, " ");
+        if (spend_reserve()) return;
+        push_level_here();
         keep_reserve();
         return;
     }

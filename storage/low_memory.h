@@ -30,10 +30,12 @@ inline std::int32_t prev_modulus = -1;
 void release_gcd_stash();
 
 // Make room on a heap that refused a request, by freeing the gcd stash; the caller asks again. When the stash
-// is unused, or a gcd runs: a warning, and the command ends. Errors: new_level, which may come back.
+// is unused, or a gcd runs: a warning, and the command ends, at the next safe point where there is a reserve,
+// else here. Errors: new_level, which may come back.
 void mem_error();
 
-// Set memory aside for a stretch that cannot be interrupted when the heap is used up. Called at the start.
+// Set memory aside for what is asked for between a heap that is used up and the next safe point. Called at
+// the start, and where the computation has ended or goes on.
 void keep_reserve();
 
 }  // namespace kelmar

@@ -14,6 +14,10 @@ if(KELMAR_FAIL_ALLOC)
     set_tests_properties(hostile/fail_alloc/${name} PROPERTIES
       LABELS hostile ENVIRONMENT "${test_environment}" TIMEOUT 600)
   endforeach()
+  # Levels at such requests: with sanitizers, whose builds ask for every record, they are a hundred times as many.
+  kelmar_test_program(${CMAKE_CURRENT_SOURCE_DIR}/hostile/starved_test.cpp ${CMAKE_CURRENT_SOURCE_DIR})
+  set_tests_properties(hostile_starved_test PROPERTIES LABELS hostile TIMEOUT 900
+    ENVIRONMENT "${test_environment};KELMAR_LEVELS=2")
 endif()
 
 # A panic stop at every poll; hostile levels at two polls of each statement (KELMAR_LEVELS=8 is the whole test).
@@ -24,6 +28,11 @@ if(KELMAR_STORM)
   endforeach()
   set_tests_properties(hostile_levels_test PROPERTIES ENVIRONMENT "${test_environment};KELMAR_LEVELS=2")
 endif()
+
+# Levels that functions push, in every build: a quarter of the answers.
+kelmar_test_program(${CMAKE_CURRENT_SOURCE_DIR}/hostile/calls_test.cpp ${CMAKE_CURRENT_SOURCE_DIR})
+set_tests_properties(hostile_calls_test PROPERTIES LABELS hostile TIMEOUT 900
+  ENVIRONMENT "${test_environment};KELMAR_LEVELS=2")
 
 # Interrupts at random times, in every build.
 add_test(NAME hostile/interrupts COMMAND ${python_program} -I -S

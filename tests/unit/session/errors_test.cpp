@@ -1,9 +1,13 @@
 // The texts of warnings, of numbered messages, and of stops at delicate times.
 #include "session/errors.h"
 #include <gtest/gtest.h>
+#include <cstring>
 #include <string>
+#include "matrix/pins.h"
 #include "session/levels.h"
+#include "session/names.h"
 #include "session/report.h"
+#include "storage/low_memory.h"
 #include "tests/support/catch_error.h"
 #include "tests/support/reports.h"
 #include "tests/support/session_text.h"
@@ -86,6 +90,59 @@ TEST(Fault, IsTold)
 {
     EXPECT_EQ(told([] { kelmar_error("bad 0 node found in showint", 0); }),
               "*** Kelmar error. bad 0 node found in showint\n");
+}
+
+// The value of the variable `name`, as an operation holds it that reads it.
+const quolynode *value_of(const char *name)
+{
+    token_rec tok = {};
+    set_token(&tok, name);
+    return find_var(&tok)->value;
+}
+
+// What `push` writes, in whose level the statements are given.
+template <class F> std::string level_with(const char *statements, F push)
+{
+    input_stream text;
+    input_stream *const input = Input;
+    open_text(&text, reinterpret_cast<const unsigned char *>(statements), std::strlen(statements));
+    Input = &text;
+    const std::string all = told(push);
+    Input = input;
+    return all;
+}
+
+constexpr const char *other_values = "\nwaiting := 7\nlater := 8\n@waiting\nothers := 9\n&(e = 1)\n"
+                                     "&(J = t)\n&_p\n&(e = 0)\n&_p\n";
+
+// The level that `push` pushes replaces and deletes the value of an operation that waits; it lasts.
+template <class F> void expect_values_kept(F push)
+{
+    session_text("&(J = s)\nwaiting := 41\n");
+    const quolynode *const value = value_of("waiting");
+    const std::string text = level_with(other_values, push);
+    EXPECT_NE(text.find("*** Resuming earlier command level\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("This cannot be changed at a pushed level."), std::string::npos) << text;
+    EXPECT_EQ(value->num->real, 41);
+    EXPECT_EQ(values_pinned, 0);
+    release_pinned();
+    session_text("@(later, others)\n&(J = -s)\n");
+}
+
+TEST(Fault, KeepsTheValuesThatWait)
+{
+    expect_values_kept([] { kelmar_error("a fault", 1); });
+}
+
+TEST(MemError, KeepsTheValuesThatWait)
+{
+    expect_values_kept([] {
+        testing::internal::CaptureStdout();
+        mem_error();
+        poll_interrupt();
+        keep_reserve();
+        testing::internal::GetCapturedStdout();
+    });
 }
 
 const std::string table_changed =

@@ -66,11 +66,16 @@ TEST(MemError, FreesAStashOfThePresentModulus)
     audit.expect_unchanged("mem_error, modular");
 }
 
-// What is written when nothing is left to be freed.
+// What is written when nothing is left to be freed, up to the next safe point.
 std::string end_of_heap()
 {
     prepare_session_once();
-    return report_of([] { mem_error(); });
+    keep_reserve();
+    return report_of([] {
+        mem_error();
+        std::printf("The computation goes on with the reserve.\n");
+        poll_interrupt();
+    });
 }
 
 constexpr const char *out_text = "\n*** Warning.  You are out of heap space.  Abort this computation.\n";
@@ -81,7 +86,23 @@ TEST(MemError, PushesALevelWhenTheStashIsOff)
     lookupgcd = 0;
     const std::string text = end_of_heap();
     EXPECT_EQ(text.substr(0, std::strlen(out_text)), out_text);
+    EXPECT_LT(text.find("The computation goes on with the reserve.\n"),
+              text.find("*** New command level.\n"));
     EXPECT_NE(text.find("*** New command level.\n"), std::string::npos) << text;
+}
+
+TEST(MemError, PushesALevelHereWhenTheReserveIsSpent)
+{
+    const in_view view(view_float);
+    lookupgcd = 0;
+    prepare_session_once();
+    keep_reserve();
+    testing::internal::CaptureStdout();
+    mem_error();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), out_text);
+    const std::string text = report_of([] { mem_error(); });
+    EXPECT_NE(text.find("*** New command level.\n"), std::string::npos) << text;
+    interrupt_flag = 0;
 }
 
 TEST(MemError, LeavesAStashInUseAlone)
