@@ -25,8 +25,8 @@ const table_row rows[] = {
 TEST(BuiltinTable, RowsStandAtTheirPlacesWithDistinctShortNames)
 {
     std::set<std::string> names;
-    ASSERT_EQ(std::size(rows), 110u);
-    for (int k = 0; k < 110; ++k) {
+    ASSERT_EQ(std::size(rows), std::size_t{builtin_limit});
+    for (int k = 0; k < builtin_limit; ++k) {
         EXPECT_EQ(rows[k].index, k);
         EXPECT_LE(std::string(rows[k].name).size(), 10u);
         EXPECT_TRUE(names.insert(rows[k].name).second) << rows[k].name;

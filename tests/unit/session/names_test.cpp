@@ -1,6 +1,9 @@
 // tests/unit/session/names_test.cpp -- hashes, buckets, shadowing, deletion.
 #include "session/names.h"
 #include <gtest/gtest.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include "session/evaluator.h"
 #include "session/func_records.h"
@@ -213,4 +216,22 @@ TEST_F(Names, KeepNewestFunctionRemovesOlderOnes)
     EXPECT_EQ(find_func(&t), nullptr);
     EXPECT_EQ(keep_newest_function(&t), 0);
     func_store[bucket] = nullptr;
+}
+
+TEST_F(Names, FreeNamesAreListedByTheirTexts)
+{
+    name_node second = {}, first = {};
+    std::strcpy(first.text, "early");
+    std::strcpy(second.text, "late");
+    first.next = &second;
+    name_node *const kept = name_garb;
+    char *bytes = nullptr;
+    std::size_t size = 0;
+    std::FILE *const out = open_memstream(&bytes, &size);
+    name_garb = &first;
+    list_free_names(out);
+    name_garb = kept;
+    std::fclose(out);
+    EXPECT_EQ(std::string(bytes, size), "early\nlate\n");
+    std::free(bytes);
 }
