@@ -37,7 +37,8 @@ static const polynode *coef_of(const polynode *t, polynode *alone)
 // *sum = *sum v^gap; *power is used.
 static void times_power(quolynode **sum, const quolynode *v, std::int64_t gap, quolynode **power)
 {
-    if (gap == 0 || quoly_iszero(*sum)) return;
+    const bool inverts_zero = gap < 0 && quoly_iszero(v);  // told, even when the sum is zero
+    if (gap == 0 || (quoly_iszero(*sum) && !inverts_zero)) return;
     if (gap == 1) return fast_quoly_mult(sum, v);
     while (gap != 0) {
         const std::int32_t step = gap > INT32_MAX    ? INT32_MAX

@@ -1,6 +1,7 @@
 // Scalar values at points.
 #include "quoly/eval.h"
 #include <gtest/gtest.h>
+#include "poly/mul_work.h"
 #include "poly/variables.h"
 #include "quoly/divide.h"
 #include "quoly/owned.h"
@@ -8,6 +9,7 @@
 #include "tests/support/divisions.h"
 #include "tests/support/mul_operands.h"
 #include "tests/support/quolys.h"
+#include "tests/support/settings.h"
 #include "tests/support/views.h"
 
 using namespace kelmar;
@@ -96,6 +98,26 @@ TEST(TotalEval, ADenominatorThatVanishesIsAnError)
     q.q = value_of("{#1}", "{1{#1}}");
     zero.q->next = nullptr;
     EXPECT_EQ(error_in_view([&] { total_eval(&q.q, zero.q); }), err_zero_divisor);
+}
+
+// A coefficient that vanishes at the same point makes no difference.
+TEST(TotalEval, ANegativePowerOfZeroIsAnError)
+{
+    const in_view live(view_digits);
+    const in_laurent on(1);
+    for (const char *const text : {"{-1{#5}}", "{-1{1{#5}}}", "{#14, -1{1{#5}}}", "{1{#2}, -1{1{#5}}}"}) {
+        EXPECT_EQ(error_in_view([&] {
+                      at({text, "{#1}"}, {{"{#0}", "{#1}"}, {"{#0}", "{#1}"}});
+                  }),
+                  err_zero_divisor)
+            << text;
+        release_work();
+        EXPECT_EQ(error_in_view([&] {
+                      at({text, "{#1}"}, {{"{#1}", "{#1}"}, {"{#0}", "{#1}"}});
+                  }),
+                  0)
+            << text;
+    }
 }
 
 TEST(SpecQuolyEval, TakesTheVariableOfItsLevel)

@@ -210,7 +210,8 @@ void check_operation(const operation &op, const quolynode *a, const quolynode *b
     if (!wanted_at(op, a, b, p, &wanted) || !is_far_from_poles(c->q, p)) return;
     if (!value_at(c->q, p.at[0].q, &got)) return;
     EXPECT_TRUE(same_number(wanted.q, got.q))
-        << op.name << " of " << a_text << " and " << b_text << " is " << value_text(c->q) << ": at a point "
+        << op.name << " of " << a_text << " and " << b_text << " is " << value_text(c->q) << ": at "
+        << value_text(p.at[0].q) << value_text(p.at[1].q) << value_text(p.at[2].q) << " it is "
         << value_text(got.q) << ", not " << value_text(wanted.q);
 }
 
